@@ -1,0 +1,95 @@
+#include "app/model/refresh/gather.h"
+
+#include <algorithm>
+#include <thread>
+
+#include "core/paths.h"
+#include "core/process.h"
+
+#include "app/model/records/session_files.h"
+#include "app/model/refresh/row_rules.h"
+
+namespace zelvane {
+namespace {
+
+std::vector<LiveSession> liveSessions(const RefreshSources& sources, Time now) {
+  std::vector<LiveSession> live;
+  for (auto& proc : sources.claudeProcs(now)) {
+    // No terminal: a session without a tab, or a file left behind by a process that is gone.
+    auto tty = sources.tty(proc.pid);
+    if (!tty) continue;
+    auto hook = sources.hookRecord(proc.sessionId);
+    live.push_back({std::move(proc), std::move(*tty), std::move(hook)});
+  }
+  return live;
+}
+
+bool frontMatters(const RefreshInputs& inputs, Time now) {
+  return std::any_of(inputs.live.begin(), inputs.live.end(), [&](const LiveSession& live) {
+    const auto acked = inputs.choices.acked.find(live.proc.sessionId);
+    const bool known = acked != inputs.choices.acked.end();
+    return finishedUnseen(live.proc, live.hook,
+                          known ? std::optional(timeAt(acked->second)) : std::nullopt, now);
+  });
+}
+
+std::set<std::string> ttysOf(const std::vector<LiveSession>& live) {
+  std::set<std::string> ttys;
+  for (const auto& session : live) ttys.insert(session.tty);
+  return ttys;
+}
+
+/// Notes of the live sessions, and of those whose notes may move to them in this pass.
+std::map<std::string, NotesEntry> notesOf(const RefreshSources& sources,
+                                          const RefreshMemory& memory,
+                                          const std::vector<LiveSession>& live) {
+  std::map<std::string, NotesEntry> notes;
+  const auto add = [&](const std::string& id) {
+    if (!notes.contains(id)) notes[id] = sources.notes(id);
+  };
+  for (const auto& session : live) {
+    add(session.proc.sessionId);
+    const auto before = memory.sidByPid.find(session.proc.pid);
+    if (before != memory.sidByPid.end()) add(before->second);
+    const auto pending = memory.pendingCarry.find(session.proc.sessionId);
+    if (pending != memory.pendingCarry.end()) add(pending->second.from);
+  }
+  return notes;
+}
+
+}  // namespace
+
+RefreshSources systemSources() {
+  const auto pause = [](Seconds seconds) { std::this_thread::sleep_for(seconds); };
+  RefreshSources sources;
+  sources.home = Paths::home();
+  sources.claudeProcs = [pause](Time now) {
+    return readSessionFiles(Paths::claudeSessions(), now, pause);
+  };
+  sources.tty = Procs::tty;
+  sources.hookRecord = [](const std::string& id) {
+    return readHookRecord(Paths::hookSessions(), id);
+  };
+  return sources;
+}
+
+RefreshInputs gather(const RefreshSources& sources, const RefreshMemory& memory,
+                     UserChoices choices, Time now) {
+  RefreshInputs inputs;
+  inputs.choices = std::move(choices);
+  inputs.home = sources.home;
+  inputs.live = liveSessions(sources, now);
+  if (sources.terminalRunning() &&
+      titlesWanted(memory, ttysOf(inputs.live), inputs.choices.visible, now)) {
+    inputs.titles = sources.terminalTitles();
+  }
+  if (frontMatters(inputs, now)) inputs.frontTTY = sources.frontTTY();
+  inputs.notes = notesOf(sources, memory, inputs.live);
+  for (auto& live : inputs.live) {
+    live.model = sources.modelInfo(live.proc.sessionId,
+                                   live.hook ? live.hook->transcriptPath : std::nullopt);
+  }
+  return inputs;
+}
+
+}  // namespace zelvane

@@ -1,0 +1,36 @@
+// Fetches from the machine what one refresh pass looks at. All I/O of a pass is here.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/model/refresh/refresh_pass.h"
+
+namespace zelvane {
+
+/// The doors to the machine. Each answers with nothing where there is nothing to tell; what has no
+/// source yet keeps its default, which is just that.
+struct RefreshSources {
+  std::string home;  ///< the user's home folder
+  std::function<std::vector<ClaudeProc>(Time now)> claudeProcs;
+  std::function<std::optional<std::string>(std::int32_t pid)> tty;
+  std::function<std::optional<HookRecord>(const std::string& id)> hookRecord;
+  std::function<bool()> terminalRunning = [] { return false; };
+  std::function<TabTitles()> terminalTitles = [] { return TabTitles(); };
+  std::function<std::optional<std::string>()> frontTTY = [] { return std::nullopt; };
+  std::function<NotesEntry(const std::string& id)> notes = [](const auto&) { return NotesEntry(); };
+  std::function<ModelInfo(const std::string& id, const std::optional<std::string>& transcript)>
+      modelInfo = [](const auto&, const auto&) { return ModelInfo(); };
+};
+
+/// The sources of this user's machine: the session files and hook records of `Paths`, the process
+/// table.
+RefreshSources systemSources();
+
+/// Fetches the inputs of a pass. Terminals are asked only when the pass needs their answer.
+RefreshInputs gather(const RefreshSources& sources, const RefreshMemory& memory,
+                     UserChoices choices, Time now);
+
+}  // namespace zelvane

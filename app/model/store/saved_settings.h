@@ -1,0 +1,28 @@
+// The settings that the store begins with.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "core/time.h"
+#include "core/user_defaults.h"
+
+#include "app/model/records/theme_id.h"
+
+namespace zelvane {
+
+struct SavedSettings {
+  ThemeID theme = ThemeID::c;
+  bool anchorTop = true;
+  std::vector<std::string> pinned;
+  std::map<std::string, double> acked;  ///< seconds since 1970; of the last seven days
+  std::map<std::string, std::int64_t> friendOf;
+  std::map<std::string, double> friendSeen;
+};
+
+/// Reads them; a value of another type counts as absent.
+SavedSettings savedSettings(const UserDefaults& defaults, Time now);
+
+}  // namespace zelvane

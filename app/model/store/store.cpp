@@ -1,0 +1,198 @@
+#include "app/model/store/store.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "core/paths.h"
+
+#include "app/model/refresh/offers.h"
+#include "app/model/store/saved_settings.h"
+
+namespace zelvane {
+
+ZelvaneStore::Options ZelvaneStore::systemOptions(std::shared_ptr<UserDefaults> defaults,
+                                                  Executor mainThread) {
+  return {.sources = systemSources(),
+          .defaults = std::move(defaults),
+          .mainThread = std::move(mainThread),
+          .clock = systemTime,
+          .hookSessions = Paths::hookSessions(),
+          .watchedFolders = {Paths::claudeSessions(), Paths::hookSessions()}};
+}
+
+std::shared_ptr<ZelvaneStore> ZelvaneStore::create(Options options) {
+  return std::shared_ptr<ZelvaneStore>(new ZelvaneStore(std::move(options)));
+}
+
+ZelvaneStore::ZelvaneStore(Options options)
+    : options_(std::move(options)),
+      readOnly_(options_.readOnly),
+      q_(std::make_shared<SerialQueue>("zelvane.refresh")) {
+  auto saved = savedSettings(*options_.defaults, options_.clock());
+  theme_ = saved.theme;
+  anchorTop_ = saved.anchorTop;
+  pinned_ = saved.pinned;
+  memory_.friendOf = std::move(saved.friendOf);
+  shared_ = {.acked = std::move(saved.acked), .pins = std::move(saved.pinned), .visible = visible_,
+             .readOnly = readOnly_};
+}
+
+ZelvaneStore::~ZelvaneStore() = default;
+
+void ZelvaneStore::start() {
+  std::error_code ignored;
+  std::filesystem::create_directories(options_.hookSessions, ignored);
+  // The watcher's own thread never holds the store: it must not be the one to destroy it.
+  watcher_ = std::make_unique<platform::FolderWatcher>(
+      options_.watchedFolders,
+      [q = q_, request = weakly(&ZelvaneStore::requestPass)] { q->post(request); });
+  q_->postEvery(options_.tick, weakly(&ZelvaneStore::requestPass));
+  refreshNow();
+}
+
+void ZelvaneStore::refreshNow() { q_->post(weakly(&ZelvaneStore::runPass)); }
+
+void ZelvaneStore::scheduleRefresh() { q_->post(weakly(&ZelvaneStore::requestPass)); }
+
+/// A call of the method that does nothing once the store is gone.
+std::function<void()> ZelvaneStore::weakly(void (ZelvaneStore::*method)()) {
+  return [weak = weak_from_this(), method] {
+    if (const auto self = weak.lock()) ((*self).*method)();
+  };
+}
+
+/// On the refresh queue: one pass, a moment later, for all requests until then.
+void ZelvaneStore::requestPass() {
+  if (pendingRefresh_) return;
+  pendingRefresh_ = true;
+  q_->postAfter(options_.coalescing, [weak = weak_from_this()] {
+    const auto self = weak.lock();
+    if (!self) return;
+    self->pendingRefresh_ = false;
+    self->runPass();
+  });
+}
+
+/// On the refresh queue: fetches, decides, does what was decided, hands the rows to the main thread.
+void ZelvaneStore::runPass() {
+  const Time now = options_.clock();
+  const auto inputs = gather(options_.sources, memory_, choices(), now);
+  auto result = refreshPass(inputs, std::move(memory_), now);
+  memory_ = std::move(result.memory);
+  for (const auto& id : result.acknowledged) acknowledge(id);
+  options_.mainThread([weak = weak_from_this(), rows = std::move(result.rows)]() mutable {
+    if (const auto self = weak.lock()) self->publish(std::move(rows));
+  });
+}
+
+UserChoices ZelvaneStore::choices() {
+  const std::lock_guard lock(lock_);
+  return shared_;
+}
+
+void ZelvaneStore::publish(std::vector<ZelvaneSession> rows) {
+  if (rows != sessions_) {
+    sessions_ = std::move(rows);
+    notify(Change::sessions);
+  }
+  auto closed = recentClosedAfter(recentClosed_, std::nullopt, dismissedUntil_, sessions_,
+                                  options_.clock());
+  if (closed != recentClosed_) {
+    recentClosed_ = std::move(closed);
+    notify(Change::recentClosed);
+  }
+  setEditing(editingAfter(editing_, sessions_));
+  notify(Change::passed);
+}
+
+void ZelvaneStore::notify(Change change) {
+  for (const auto& observer : observers_) observer(change);
+}
+
+bool ZelvaneStore::clockNeeded() const { return zelvane::clockNeeded(visible_, sessions_); }
+
+void ZelvaneStore::setVisible(bool visible) {
+  if (visible == visible_) return;
+  visible_ = visible;
+  {
+    const std::lock_guard lock(lock_);
+    shared_.visible = visible;
+  }
+  notify(Change::visible);
+}
+
+void ZelvaneStore::setTheme(ThemeID theme) {
+  theme_ = theme;
+  if (!readOnly_) options_.defaults->set("theme", std::string(rawValue(theme)));
+  notify(Change::theme);
+}
+
+void ZelvaneStore::setAnchorTop(bool anchorTop) {
+  anchorTop_ = anchorTop;
+  if (!readOnly_) options_.defaults->set("anchorTop", anchorTop);
+  notify(Change::anchorTop);
+}
+
+void ZelvaneStore::setEditing(std::optional<std::string> key) {
+  if (key == editing_) return;
+  editing_ = std::move(key);
+  notify(Change::editing);
+}
+
+void ZelvaneStore::endEditing(const std::optional<std::string>& key) {
+  if (!editing_ || (key && key != editing_)) return;
+  setEditing(std::nullopt);
+  refreshNow();
+}
+
+void ZelvaneStore::togglePin(const ZelvaneSession& session) {
+  auto pinned = pinned_;
+  const auto found = std::find(pinned.begin(), pinned.end(), session.id);
+  if (found != pinned.end()) {
+    pinned.erase(found);
+  } else {
+    pinned.push_back(session.id);
+  }
+  setPinned(std::move(pinned));
+  refreshNow();
+}
+
+void ZelvaneStore::setPinned(std::vector<std::string> pinned) {
+  pinned_ = std::move(pinned);
+  options_.defaults->set("pinned", pinned_);
+  {
+    const std::lock_guard lock(lock_);
+    shared_.pins = pinned_;
+  }
+  notify(Change::pinned);
+}
+
+void ZelvaneStore::ack(const std::string& id) { acknowledge(id); }
+
+/// Any thread: marks at once, saves on the main thread.
+void ZelvaneStore::acknowledge(const std::string& id) {
+  std::map<std::string, double> acked;
+  {
+    const std::lock_guard lock(lock_);
+    shared_.acked[id] = secondsSince1970(options_.clock());
+    acked = shared_.acked;
+  }
+  options_.mainThread([weak = weak_from_this(), acked = std::move(acked)] {
+    const auto self = weak.lock();
+    if (self && !self->readOnly_) self->options_.defaults->set("acked", acked);
+  });
+}
+
+void ZelvaneStore::setReadOnly() {
+  readOnly_ = true;
+  const std::lock_guard lock(lock_);
+  shared_.readOnly = true;
+}
+
+void ZelvaneStore::showSamples(std::vector<ZelvaneSession> rows) {
+  setReadOnly();
+  sessions_ = std::move(rows);
+  notify(Change::sessions);
+}
+
+}  // namespace zelvane

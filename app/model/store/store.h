@@ -1,0 +1,147 @@
+// The store: runs refresh passes, keeps what is remembered between them, publishes the rows.
+// Main thread: everything public, unless it says otherwise. Passes run on a queue of its own; their
+// results come back through the executor that the owner hands in.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/folder_watcher.h"
+
+#include "core/serial_queue.h"
+#include "core/user_defaults.h"
+
+#include "app/model/records/theme_id.h"
+#include "app/model/refresh/gather.h"
+
+namespace zelvane {
+
+class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
+ public:
+  /// Which published field changed; `passed`: a pass ended, whether or not it changed anything.
+  enum class Change {
+    sessions,
+    pendingRestore,
+    restoring,
+    restoreMessage,
+    recentClosed,
+    editing,
+    notesProblem,
+    visible,
+    theme,
+    anchorTop,
+    pinned,
+    passed,
+  };
+  using Observer = std::function<void(Change)>;
+
+  struct Options {
+    RefreshSources sources;
+    std::shared_ptr<UserDefaults> defaults;
+    Executor mainThread;
+    Clock clock;
+    std::string hookSessions;                 ///< folder of the hook records, created by `start`
+    std::vector<std::string> watchedFolders;  ///< a change in one of them asks for a pass
+    std::optional<std::string> restoreScript = std::nullopt;
+    bool readOnly = false;  ///< nothing that the user owns is written
+    Seconds tick = Seconds(10.0);
+    Seconds coalescing = Seconds(1.0);
+  };
+
+  /// Options for this user's machine, with the given settings and main thread.
+  static Options systemOptions(std::shared_ptr<UserDefaults> defaults, Executor mainThread);
+
+  /// Loads the saved settings; starts nothing.
+  static std::shared_ptr<ZelvaneStore> create(Options options);
+  ~ZelvaneStore();
+  ZelvaneStore(const ZelvaneStore&) = delete;
+  ZelvaneStore& operator=(const ZelvaneStore&) = delete;
+
+  /// Begins to watch and to refresh. Called once.
+  void start();
+  /// Queues a pass at once. Any thread.
+  void refreshNow();
+  /// Asks for a pass one second from now; requests until then fold into it. Any thread.
+  void scheduleRefresh();
+  /// Calls the observer after every change, for the life of the store.
+  void observe(Observer observer) { observers_.push_back(std::move(observer)); }
+
+  const std::vector<ZelvaneSession>& sessions() const { return sessions_; }
+  const std::vector<Json>& pendingRestore() const { return pendingRestore_; }
+  bool restoring() const { return restoring_; }
+  const std::string& restoreMessage() const { return restoreMessage_; }
+  const std::vector<Json>& recentClosed() const { return recentClosed_; }
+  const std::optional<std::string>& editing() const { return editing_; }
+  const std::optional<std::string>& notesProblem() const { return notesProblem_; }
+  bool visible() const { return visible_; }
+  ThemeID theme() const { return theme_; }
+  bool anchorTop() const { return anchorTop_; }
+  const std::vector<std::string>& pinned() const { return pinned_; }
+  bool readOnly() const { return readOnly_; }
+  /// Whether a one-second clock has something to show.
+  bool clockNeeded() const;
+
+  void setVisible(bool visible);
+  /// Saved, unless read-only.
+  void setTheme(ThemeID theme);
+  void setAnchorTop(bool anchorTop);
+  void setEditing(std::optional<std::string> key);
+  /// Ends the open editor, if it is the one with the key or no key is given, and refreshes.
+  void endEditing(const std::optional<std::string>& key);
+  /// Pins the session at the end of the pins, or unpins it; saved, also when read-only.
+  void togglePin(const ZelvaneSession& session);
+  /// Notes that the user looked at the session now: what finished before is not news any more.
+  void ack(const std::string& id);
+
+  /// From here on nothing is written (see Options::readOnly).
+  void setReadOnly();
+  /// Shows these rows instead of live ones; the store becomes read-only and must not be started.
+  void showSamples(std::vector<ZelvaneSession> rows);
+
+ private:
+  explicit ZelvaneStore(Options options);
+
+  void runPass();
+  void requestPass();
+  void publish(std::vector<ZelvaneSession> rows);
+  void acknowledge(const std::string& id);
+  void setPinned(std::vector<std::string> pinned);
+  void notify(Change change);
+  std::function<void()> weakly(void (ZelvaneStore::*method)());
+  UserChoices choices();
+
+  // Main thread.
+  Options options_;
+  bool readOnly_;
+  std::vector<Observer> observers_;
+  std::vector<ZelvaneSession> sessions_;
+  std::vector<Json> pendingRestore_;
+  bool restoring_ = false;
+  std::string restoreMessage_;
+  std::vector<Json> recentClosed_;
+  double dismissedUntil_ = 0;
+  std::optional<std::string> editing_;
+  std::optional<std::string> notesProblem_;
+  bool visible_ = true;
+  ThemeID theme_;
+  bool anchorTop_;
+  std::vector<std::string> pinned_;
+
+  // Refresh queue.
+  RefreshMemory memory_;
+  bool pendingRefresh_ = false;
+
+  // Both, under the lock.
+  std::mutex lock_;
+  UserChoices shared_;
+
+  std::shared_ptr<SerialQueue> q_;
+  std::unique_ptr<platform::FolderWatcher> watcher_;
+};
+
+}  // namespace zelvane

@@ -1,0 +1,46 @@
+#include "core/bundle.h"
+
+#include <filesystem>
+
+#include "platform/executable_path.h"
+
+#include "core/json_file.h"
+#include "core/localization.h"
+
+namespace zelvane::Bundle {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path programFolder() { return fs::path(platform::executablePath()).parent_path(); }
+
+std::optional<std::string> existing(const fs::path& path) {
+  std::error_code failed;
+  if (!fs::is_regular_file(path, failed)) return std::nullopt;
+  return path.string();
+}
+
+}  // namespace
+
+std::string version() { return ZELVANE_VERSION; }
+
+std::optional<std::string> auxiliaryExecutable(const std::string& name) {
+  return existing(programFolder() / name);
+}
+
+std::optional<std::string> resource(const std::string& name, const std::string& type) {
+  return existing(programFolder().parent_path() / "share" / "zelvane" / (name + "." + type));
+}
+
+void useStringTable() {
+  const auto path = resource("strings", "json");
+  const auto file = path ? JSONFile::load(*path) : std::nullopt;
+  if (!file) return;
+  std::map<std::string, std::string, std::less<>> table;
+  for (const auto& [key, text] : file->items()) {
+    if (text.is_string()) table[key] = text.get<std::string>();
+  }
+  setStringTable(std::move(table));
+}
+
+}  // namespace zelvane::Bundle

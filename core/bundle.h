@@ -1,0 +1,19 @@
+// Where the program's own parts lie: beside the executable, in the build tree as when installed.
+// Any thread.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace zelvane::Bundle {
+
+/// The program's version, "1.2.3".
+std::string version();
+/// Path of another program of ours in the same folder; nothing when it is not there.
+std::optional<std::string> auxiliaryExecutable(const std::string& name);
+/// Path of the resource "NAME.TYPE"; nothing when it is not there.
+std::optional<std::string> resource(const std::string& name, const std::string& type);
+/// Takes the texts of the resource "strings.json" into use. Once, before other threads run.
+void useStringTable();
+
+}  // namespace zelvane::Bundle

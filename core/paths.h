@@ -1,0 +1,34 @@
+// Every file and folder that the system reads or writes, named in one place.
+// Plain absolute paths, joined as text; no trailing slash of ours. Any thread.
+#pragma once
+
+#include <optional>
+#include <string>
+
+/// Paths that honour the environment overrides, read anew on every call.
+namespace zelvane::ZelvanePaths {
+
+/// The variable's value; nothing when it is unset or empty.
+std::optional<std::string> env(const std::string& name);
+
+const std::string& home();     ///< the user's home folder, from the user database, computed once
+std::string zelvane();         ///< our data folder; ZELVANE_DIR replaces it
+std::string claudeSessions();  ///< Claude Code's session files; ZELVANE_CLAUDE_SESSIONS replaces it
+std::string hookSessions();    ///< hook records, in the data folder
+std::string snapDir();         ///< snapshots, in the data folder
+std::string latest();          ///< the snapshot to restore; ZELVANE_SNAPSHOT replaces it
+std::string restored();        ///< what the restore command did, in the data folder
+
+}  // namespace zelvane::ZelvanePaths
+
+/// The application's own paths: computed once, never from the environment.
+namespace zelvane::Paths {
+
+const std::string& home();
+const std::string& claudeSessions();
+const std::string& zelvane();
+const std::string& hookSessions();
+const std::string& autosnap();
+const std::string& rebootsnap();
+
+}  // namespace zelvane::Paths

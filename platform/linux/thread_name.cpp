@@ -1,0 +1,11 @@
+#include "platform/thread_name.h"
+
+#include <pthread.h>
+
+namespace zelvane::platform {
+
+void nameThisThread(const std::string& name) {
+  pthread_setname_np(pthread_self(), name.substr(0, 15).c_str());
+}
+
+}  // namespace zelvane::platform
