@@ -1,10 +1,9 @@
 #include "core/file_lock.h"
 
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
-
-#include <cerrno>
 
 namespace zelvane::FileLock {
 

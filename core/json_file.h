@@ -4,11 +4,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include <nlohmann/json.hpp>
 
 namespace zelvane {
 
@@ -39,8 +38,7 @@ std::optional<Json> load(const std::string& path, std::size_t limit = defaultLim
 }  // namespace JSONFile
 
 /// `JSONFile::load`, as the application calls it.
-std::optional<Json> readJSON(const std::string& path,
-                             std::size_t limit = JSONFile::defaultLimit);
+std::optional<Json> readJSON(const std::string& path, std::size_t limit = JSONFile::defaultLimit);
 
 /// Typed getters: the value under the key when it has the type; nothing when it has another type,
 /// is missing, or `object` is no object. A boolean is no number.

@@ -39,7 +39,8 @@ std::string LF(std::string_view key, const std::vector<FormatArgument>& argument
       result += '%';
     } else if ((kind == '@' || kind == 'd') && next != arguments.end()) {
       const auto digits = format.substr(i + 1, end - i - 1);
-      result += shown(*next++, digits.empty() ? 0 : std::min(std::stoul(digits.substr(0, 2)), 40UL));
+      result +=
+          shown(*next++, digits.empty() ? 0 : std::min(std::stoul(digits.substr(0, 2)), 40UL));
     } else {
       result += '%';
       continue;

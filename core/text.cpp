@@ -33,7 +33,8 @@ std::string numberText(const Json& number) {
   if (number.get<double>() == 0) return {};
   if (!number.is_number_float()) return number.dump();
   std::array<char, 32> digits;
-  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number.get<double>());
+  const auto end =
+      std::to_chars(digits.data(), digits.data() + digits.size(), number.get<double>());
   return {digits.data(), end.ptr};
 }
 
@@ -114,19 +115,32 @@ std::string PosixFormatter::string(Time time) const {
     };
     i = end;
     switch (letter) {
-      case 'y': put(parts.tm_year + 1900); break;
-      case 'M': put(parts.tm_mon + 1); break;
-      case 'd': put(parts.tm_mday); break;
-      case 'H': put(parts.tm_hour); break;
-      case 'm': put(parts.tm_min); break;
-      case 's': put(parts.tm_sec); break;
+      case 'y':
+        put(parts.tm_year + 1900);
+        break;
+      case 'M':
+        put(parts.tm_mon + 1);
+        break;
+      case 'd':
+        put(parts.tm_mday);
+        break;
+      case 'H':
+        put(parts.tm_hour);
+        break;
+      case 'm':
+        put(parts.tm_min);
+        break;
+      case 's':
+        put(parts.tm_sec);
+        break;
       case '\'': {
         const auto close = std::min(pattern_.find('\'', i), pattern_.size());
         result += pattern_.substr(i, close - i);
         i = close + 1;
         break;
       }
-      default: result.append(static_cast<std::size_t>(width), letter);
+      default:
+        result.append(static_cast<std::size_t>(width), letter);
     }
   }
   return result;

@@ -1,8 +1,7 @@
 #include "core/unicode.h"
 
-#include <utf8proc.h>
-
 #include <algorithm>
+#include <utf8proc.h>
 
 namespace zelvane {
 namespace {
@@ -23,9 +22,8 @@ std::u32string scalars(std::string_view text) {
   result.reserve(text.size());
   while (!text.empty()) {
     utf8proc_int32_t scalar = -1;
-    const auto length =
-        utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
-                         static_cast<utf8proc_ssize_t>(text.size()), &scalar);
+    const auto length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
+                                         static_cast<utf8proc_ssize_t>(text.size()), &scalar);
     result.push_back(length > 0 ? static_cast<char32_t>(scalar) : replacement);
     text.remove_prefix(length > 0 ? static_cast<std::size_t>(length) : 1);
   }

@@ -1,12 +1,10 @@
 #include "platform/child_process.h"
 
-#include <dirent.h>
-
 #include <algorithm>
 #include <csignal>
-#include <thread>
-
+#include <dirent.h>
 #include <gmock/gmock.h>
+#include <thread>
 
 namespace zelvane::platform {
 namespace {
@@ -46,7 +44,10 @@ TEST(RunChild, ReturnsStatusAndOutput) {
       {"missing folder", inMissingFolder, -1, ""},
       {"environment replaced and added", withEnvironment, 0, "/x y z\n"},
       {"standard error is not output", shell("echo no >&2; cat"), 0, ""},
-      {"missing program", {.executable = "/no/such/program", .arguments = {}, .folder = {}}, -1, ""},
+      {"missing program",
+       {.executable = "/no/such/program", .arguments = {}, .folder = {}},
+       -1,
+       ""},
       {"a folder is no program", {.executable = "/", .arguments = {}, .folder = {}}, -1, ""},
   };
   for (const auto& [what, request, status, output] : cases) {
@@ -97,9 +98,10 @@ TEST(RunChild, LeaksNoDescriptorAndNoZombie) {
   for (int i = 0; i < 8; ++i) threads.emplace_back([] { runChild(shell("exit 0")); });
   for (auto& thread : threads) thread.join();
   EXPECT_EQ(openDescriptors(), before);
-  const auto children = runChild(
-      {.executable = "/bin/sh", .arguments = {"-c", "ps -o stat= --ppid $PPID | grep -c Z"},
-       .folder = {}, .timeout = 20s});
+  const auto children = runChild({.executable = "/bin/sh",
+                                  .arguments = {"-c", "ps -o stat= --ppid $PPID | grep -c Z"},
+                                  .folder = {},
+                                  .timeout = 20s});
   EXPECT_EQ(children.output, "0\n");
 }
 

@@ -1,7 +1,6 @@
 #include "platform/folder_watcher.h"
 
 #include <fstream>
-
 #include <gmock/gmock.h>
 
 #include "tests/support/event_counter.h"

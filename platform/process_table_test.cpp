@@ -1,11 +1,9 @@
 #include "platform/process_table.h"
 
+#include <algorithm>
+#include <gmock/gmock.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <algorithm>
-
-#include <gmock/gmock.h>
 
 #include "platform/boot_time.h"
 #include "platform/linux/proc_stat.h"
@@ -30,9 +28,8 @@ TEST(ProcStatLine, RefusesWhatIsCutShort) {
 
 TEST(TTYPath, DecodesDeviceNumbers) {
   const std::vector<std::pair<std::int32_t, std::optional<std::string>>> cases{
-      {0, std::nullopt},           {34816, "/dev/pts/0"}, {1083422, "/dev/pts/286"},
-      {1025, "/dev/tty1"},         {1088, "/dev/ttyS0"},  {-1, std::nullopt},
-      {(5 << 8) | 1, std::nullopt}};
+      {0, std::nullopt},    {34816, "/dev/pts/0"}, {1083422, "/dev/pts/286"},   {1025, "/dev/tty1"},
+      {1088, "/dev/ttyS0"}, {-1, std::nullopt},    {(5 << 8) | 1, std::nullopt}};
   for (const auto& [number, path] : cases) EXPECT_EQ(ttyPath(number), path) << number;
 }
 

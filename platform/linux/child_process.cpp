@@ -1,17 +1,16 @@
 #include "platform/child_process.h"
 
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
 #include <fcntl.h>
+#include <memory>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <algorithm>
-#include <array>
-#include <cerrno>
-#include <csignal>
-#include <memory>
 
 extern char** environ;
 
@@ -102,7 +101,8 @@ PipeState readSome(int fd, std::string& output) {
   return PipeState::data;
 }
 
-/// Takes what an ended child left in the pipe, which holds 64 KiB unless somebody else still writes.
+/// Takes what an ended child left in the pipe, which holds 64 KiB unless somebody else still
+/// writes.
 void readRest(int fd, std::string& output) {
   for (int round = 0; round < 16 && readSome(fd, output) == PipeState::data; ++round) {
   }

@@ -1,17 +1,16 @@
 #include "platform/folder_watcher.h"
 
-#include <poll.h>
-#include <sys/eventfd.h>
-#include <sys/inotify.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
 #include <filesystem>
+#include <poll.h>
 #include <string_view>
+#include <sys/eventfd.h>
+#include <sys/inotify.h>
 #include <thread>
+#include <unistd.h>
 
 #include "platform/thread_name.h"
 
@@ -105,8 +104,7 @@ class FolderWatcher::Worker {
     if (last >= 0 && !shared) inotify_rm_watch(events_, last);
 
     for (int attempt = 0; attempt < 8; ++attempt) {
-      target.watch =
-          inotify_add_watch(events_, target.folder.c_str(), folderEvents | IN_MASK_ADD);
+      target.watch = inotify_add_watch(events_, target.folder.c_str(), folderEvents | IN_MASK_ADD);
       target.present = target.watch >= 0;
       if (target.present) return;
       const auto awaited = watchAncestor(target);
@@ -120,8 +118,7 @@ class FolderWatcher::Worker {
   std::filesystem::path watchAncestor(Target& target) {
     std::filesystem::path awaited = target.folder;
     for (auto folder = awaited.parent_path(); !folder.empty(); folder = folder.parent_path()) {
-      target.watch =
-          inotify_add_watch(events_, folder.c_str(), ancestorEvents | IN_MASK_ADD);
+      target.watch = inotify_add_watch(events_, folder.c_str(), ancestorEvents | IN_MASK_ADD);
       if (target.watch >= 0 || folder == folder.root_path()) break;
       awaited = folder;
     }

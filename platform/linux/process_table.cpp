@@ -1,13 +1,12 @@
 #include "platform/process_table.h"
 
-#include <dirent.h>
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <array>
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
+#include <dirent.h>
+#include <fcntl.h>
+#include <unistd.h>
 
 #include "platform/linux/proc_stat.h"
 

@@ -23,8 +23,8 @@ std::optional<ClaudeProc> claudeProc(const Json& file) {
   if (!isSafeFileName(*sessionId)) return std::nullopt;
   if (!isOrDefaultsTo(file, "kind", "interactive")) return std::nullopt;
   if (!isOrDefaultsTo(file, "entrypoint", "cli")) return std::nullopt;
-  return ClaudeProc{static_cast<std::int32_t>(*pid), *sessionId,
-                    get::str(file, "cwd").value_or(""), get::str(file, "status").value_or("idle"),
+  return ClaudeProc{static_cast<std::int32_t>(*pid), *sessionId, get::str(file, "cwd").value_or(""),
+                    get::str(file, "status").value_or("idle"),
                     date(get::any(file, "updatedAt"), TimeUnit::milliseconds)};
 }
 

@@ -1,10 +1,9 @@
 #include "app/model/records/row_text.h"
 
-#include <re2/re2.h>
-
 #include <algorithm>
 #include <cmath>
 #include <ctime>
+#include <re2/re2.h>
 
 #include "core/localization.h"
 #include "core/text.h"
@@ -51,7 +50,8 @@ std::string effortName(std::string_view level) {
 }
 
 std::string cleanTitle(std::string_view raw) {
-  const auto title = scalars(trimmed(raw));
+  // The end is trimmed last: a glyph and a blank alone are a title without text.
+  const auto title = scalars(raw.substr(std::min(raw.find_first_not_of(" \t"), raw.size())));
   auto rest = std::u32string_view(title);
   const auto glyph = firstCharacterLength(rest);
   const bool hasGlyph = glyph > 0 && !isAlphanumeric(rest[0]);
@@ -156,11 +156,16 @@ std::optional<Time> date(const Json* value, TimeUnit unit) {
 
 std::string stateLabel(ZelvaneState state) {
   switch (state) {
-    case ZelvaneState::waiting: return L("확인 필요");
-    case ZelvaneState::working: return L("작업 중");
-    case ZelvaneState::agents: return L("뒤에서 작업 중");
-    case ZelvaneState::done: return L("완료");
-    case ZelvaneState::idle: return L("쉬는 중");
+    case ZelvaneState::waiting:
+      return L("확인 필요");
+    case ZelvaneState::working:
+      return L("작업 중");
+    case ZelvaneState::agents:
+      return L("뒤에서 작업 중");
+    case ZelvaneState::done:
+      return L("완료");
+    case ZelvaneState::idle:
+      return L("쉬는 중");
   }
   return {};
 }

@@ -1,1 +1,109 @@
-#include <gtest/gtest.h>
+#include "app/model/refresh/gather.h"
+
+#include <gmock/gmock.h>
+
+namespace zelvane {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const Time now = timeAt(1'800'000'000);
+
+/// A machine of values, which notes every question it is asked.
+struct FakeMachine {
+  std::vector<ClaudeProc> procs;
+  std::map<std::int32_t, std::string> ttys;
+  std::map<std::string, HookRecord> hooks;
+  bool terminal = true;
+  std::vector<std::string> asked;
+
+  RefreshSources sources() {
+    RefreshSources doors;
+    doors.home = "/home/me";
+    doors.claudeProcs = [this](Time) { return procs; };
+    doors.tty = [this](std::int32_t pid) {
+      return ttys.contains(pid) ? std::optional(ttys[pid]) : std::nullopt;
+    };
+    doors.hookRecord = [this](const std::string& id) {
+      return hooks.contains(id) ? std::optional(hooks[id]) : std::nullopt;
+    };
+    doors.terminalRunning = [this] { return terminal; };
+    doors.terminalTitles = [this] {
+      asked.push_back("titles");
+      return TabTitles{{"/dev/pts/1", "tab"}};
+    };
+    doors.frontTTY = [this] {
+      asked.push_back("front");
+      return std::optional<std::string>("/dev/pts/1");
+    };
+    doors.notes = [this](const std::string& id) {
+      asked.push_back("notes " + id);
+      return NotesEntry{"title of " + id, {}, 0};
+    };
+    return doors;
+  }
+};
+
+HookRecord finished() {
+  HookRecord hook;
+  hook.state = "done";
+  hook.doneAt = now - Seconds(1);
+  return hook;
+}
+
+TEST(Gather, DropsProcessesWithoutATerminal) {
+  FakeMachine machine{.procs = {{1, "a"}, {2, "b"}, {3, "c"}},
+                      .ttys = {{1, "/dev/pts/1"}, {3, "/dev/pts/3"}}};
+  const auto inputs = gather(machine.sources(), {}, {}, now);
+  ASSERT_EQ(inputs.live.size(), 2U);
+  EXPECT_EQ(inputs.live[0].proc.sessionId, "a");
+  EXPECT_EQ(inputs.live[1].tty, "/dev/pts/3");
+}
+
+TEST(Gather, AsksTerminalsOnlyWhenNeeded) {
+  FakeMachine machine{.procs = {{1, "a"}}, .ttys = {{1, "/dev/pts/1"}}};
+  RefreshMemory fresh;
+  fresh.titlesAt = now;
+  fresh.titleTried = {"/dev/pts/1"};
+  EXPECT_FALSE(gather(machine.sources(), fresh, {}, now).titles);
+  EXPECT_THAT(machine.asked, ElementsAre("notes a"));
+
+  machine.asked.clear();
+  machine.hooks["a"] = finished();
+  const auto inputs = gather(machine.sources(), {}, {}, now);
+  EXPECT_TRUE(inputs.titles && inputs.frontTTY);
+  EXPECT_THAT(machine.asked, ElementsAre("titles", "front", "notes a"));
+
+  machine.asked.clear();
+  machine.terminal = false;
+  EXPECT_FALSE(
+      gather(machine.sources(), {}, {.acked = {{"a", secondsSince1970(now)}}}, now).frontTTY);
+  EXPECT_THAT(machine.asked, ElementsAre("notes a")) << "no terminal runs, the turn was seen";
+}
+
+TEST(Gather, FetchesTheNotesThatMayMove) {
+  FakeMachine machine{.procs = {{1, "new"}}, .ttys = {{1, "/dev/pts/1"}}};
+  RefreshMemory memory;
+  memory.sidByPid = {{1, "old"}};
+  memory.pendingCarry = {{"new", {"older", 0}}};
+  const auto inputs = gather(machine.sources(), memory, {}, now);
+  EXPECT_THAT(inputs.notes, testing::SizeIs(3));
+  EXPECT_EQ(inputs.notes.at("older").title, "title of older");
+}
+
+TEST(Gather, HasNothingWhereNoSourceExistsYet) {
+  FakeMachine machine{
+      .procs = {{1, "a"}}, .ttys = {{1, "/dev/pts/1"}}, .hooks = {{"a", finished()}}};
+  auto sources = machine.sources();
+  const RefreshSources bare;
+  sources.terminalRunning = bare.terminalRunning;
+  sources.frontTTY = bare.frontTTY;
+  sources.notes = bare.notes;
+  const auto result = refreshPass(gather(sources, {}, {}, now), {}, now);
+  EXPECT_EQ(result.rows.at(0).state, ZelvaneState::done);
+  EXPECT_THAT(result.rows[0].model, IsEmpty());
+}
+
+}  // namespace
+}  // namespace zelvane

@@ -9,11 +9,16 @@ namespace {
 
 int rank(const ZelvaneSession& row) {
   switch (row.state) {
-    case ZelvaneState::waiting: return 1;
-    case ZelvaneState::working: return 2;
-    case ZelvaneState::agents: return 3;
-    case ZelvaneState::done: return 4;
-    case ZelvaneState::idle: return row.today ? 5 : 6;
+    case ZelvaneState::waiting:
+      return 1;
+    case ZelvaneState::working:
+      return 2;
+    case ZelvaneState::agents:
+      return 3;
+    case ZelvaneState::done:
+      return 4;
+    case ZelvaneState::idle:
+      return row.today ? 5 : 6;
   }
   return 7;
 }
@@ -30,12 +35,10 @@ void orderRows(std::vector<ZelvaneSession>& rows, const std::vector<std::string>
     const bool pinned = place != places.end();
     const auto since = row.since.value_or(distantPast);
     return std::make_tuple(!row.ongoing(), pinned ? place->second : pins.size(),
-                           pinned ? 0 : rank(row),
-                           pinned ? 0.0 : -secondsSince1970(since));
+                           pinned ? 0 : rank(row), pinned ? 0.0 : -secondsSince1970(since));
   };
-  std::stable_sort(rows.begin(), rows.end(), [&](const auto& a, const auto& b) {
-    return key(a) < key(b);
-  });
+  std::stable_sort(rows.begin(), rows.end(),
+                   [&](const auto& a, const auto& b) { return key(a) < key(b); });
 }
 
 }  // namespace zelvane

@@ -4,9 +4,9 @@
 
 #include "core/localization.h"
 
+#include "app/model/records/row_text.h"
 #include "app/model/refresh/ordering.h"
 #include "app/model/refresh/row_rules.h"
-#include "app/model/records/row_text.h"
 
 namespace zelvane {
 namespace {
@@ -75,8 +75,10 @@ std::string subtitle(const LiveSession& live, ZelvaneState state, const std::str
       return live.hook && live.hook->todos && !live.hook->todos->current.empty()
                  ? live.hook->todos->current
                  : prompt;
-    case ZelvaneState::agents: return prompt;
-    case ZelvaneState::done: return prompt.empty() ? L("끝났어요 · 확인해 주세요") : prompt;
+    case ZelvaneState::agents:
+      return prompt;
+    case ZelvaneState::done:
+      return prompt.empty() ? L("끝났어요 · 확인해 주세요") : prompt;
     case ZelvaneState::idle:
       if (live.proc.status != "shell") return prompt;
       return L("뒤에서 명령 실행 중") + (prompt.empty() ? "" : " · " + prompt);
@@ -160,8 +162,8 @@ class RowBuilder {
 bool titlesWanted(const RefreshMemory& memory, const std::set<std::string>& ttys, bool visible,
                   Time now) {
   const Seconds age = now - memory.titlesAt;
-  const bool newTab = !std::includes(memory.titleTried.begin(), memory.titleTried.end(),
-                                     ttys.begin(), ttys.end());
+  const bool newTab =
+      !std::includes(memory.titleTried.begin(), memory.titleTried.end(), ttys.begin(), ttys.end());
   return !ttys.empty() &&
          ((visible && age > titlesWhileVisible) || (newTab && age > titlesForNewTab));
 }

@@ -46,10 +46,10 @@ struct UserChoices {
 
 /// Everything one pass looks at, fetched beforehand.
 struct RefreshInputs {
-  std::vector<LiveSession> live;             ///< in the order of the session files
-  std::optional<TabTitles> titles;           ///< when they were fetched anew for this pass
-  std::optional<std::string> frontTTY;       ///< when it was needed and is known
-  std::map<std::string, NotesEntry> notes;   ///< of live sessions and those they replaced
+  std::vector<LiveSession> live;            ///< in the order of the session files
+  std::optional<TabTitles> titles;          ///< when they were fetched anew for this pass
+  std::optional<std::string> frontTTY;      ///< when it was needed and is known
+  std::map<std::string, NotesEntry> notes;  ///< of live sessions and those they replaced
   UserChoices choices;
   std::string home;  ///< the user's home folder
 };
@@ -65,10 +65,10 @@ struct RefreshMemory {
 
   TabTitles titles;
   Time titlesAt = distantPast;
-  std::set<std::string> titleTried;               ///< ttys whose titles were asked for
-  std::map<std::int32_t, std::string> sidByPid;   ///< the session last seen in each process
-  std::map<std::string, Carry> pendingCarry;      ///< by new session id
-  std::map<std::string, std::int64_t> friendOf;   ///< character by session id
+  std::set<std::string> titleTried;              ///< ttys whose titles were asked for
+  std::map<std::int32_t, std::string> sidByPid;  ///< the session last seen in each process
+  std::map<std::string, Carry> pendingCarry;     ///< by new session id
+  std::map<std::string, std::int64_t> friendOf;  ///< character by session id
 };
 
 /// The notes of one session to be copied to another.

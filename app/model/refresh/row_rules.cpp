@@ -8,9 +8,7 @@ namespace {
 constexpr Seconds agentsAfterTurn(1800);
 constexpr Seconds oldestBackgroundShell(3600);
 
-bool saysWaiting(const std::optional<HookRecord>& hook) {
-  return hook && hook->state == "waiting";
-}
+bool saysWaiting(const std::optional<HookRecord>& hook) { return hook && hook->state == "waiting"; }
 
 /// The states that do not depend on what the user has seen; nothing when none of them applies.
 std::optional<RowState> ongoingState(const ClaudeProc& proc, const std::optional<HookRecord>& hook,
@@ -36,10 +34,9 @@ bool backgroundWork(const ClaudeProc& proc, const std::optional<HookRecord>& hoo
   if (hook->bgAgents >= 1) {
     if (shell || (hook->doneAt && now - *hook->doneAt < agentsAfterTurn)) return true;
   }
-  return shell && std::any_of(hook->bgShellFirstSeen.begin(), hook->bgShellFirstSeen.end(),
-                              [&](double seen) {
-                                return now - timeAt(seen) < oldestBackgroundShell;
-                              });
+  return shell &&
+         std::any_of(hook->bgShellFirstSeen.begin(), hook->bgShellFirstSeen.end(),
+                     [&](double seen) { return now - timeAt(seen) < oldestBackgroundShell; });
 }
 
 bool finishedUnseen(const ClaudeProc& proc, const std::optional<HookRecord>& hook,

@@ -39,9 +39,8 @@ SavedSettings savedSettings(const UserDefaults& defaults, Time now) {
   if (anchorTop && anchorTop->is_boolean()) settings.anchorTop = anchorTop->get<bool>();
   settings.pinned = texts(defaults, "pinned");
   settings.acked = numbers<double>(defaults, "acked");
-  std::erase_if(settings.acked, [&](const auto& entry) {
-    return now - timeAt(entry.second) > ackedLifetime;
-  });
+  std::erase_if(settings.acked,
+                [&](const auto& entry) { return now - timeAt(entry.second) > ackedLifetime; });
   settings.friendOf = numbers<std::int64_t>(defaults, "friendOf");
   settings.friendSeen = numbers<double>(defaults, "friendSeen");
   return settings;

@@ -33,15 +33,19 @@ ZelvaneStore::ZelvaneStore(Options options)
   anchorTop_ = saved.anchorTop;
   pinned_ = saved.pinned;
   memory_.friendOf = std::move(saved.friendOf);
-  shared_ = {.acked = std::move(saved.acked), .pins = std::move(saved.pinned), .visible = visible_,
+  shared_ = {.acked = std::move(saved.acked),
+             .pins = std::move(saved.pinned),
+             .visible = visible_,
              .readOnly = readOnly_};
 }
 
 ZelvaneStore::~ZelvaneStore() = default;
 
 void ZelvaneStore::start() {
-  std::error_code ignored;
-  std::filesystem::create_directories(options_.hookSessions, ignored);
+  if (!readOnly_) {
+    std::error_code ignored;
+    std::filesystem::create_directories(options_.hookSessions, ignored);
+  }
   // The watcher's own thread never holds the store: it must not be the one to destroy it.
   watcher_ = std::make_unique<platform::FolderWatcher>(
       options_.watchedFolders,
@@ -73,7 +77,8 @@ void ZelvaneStore::requestPass() {
   });
 }
 
-/// On the refresh queue: fetches, decides, does what was decided, hands the rows to the main thread.
+/// On the refresh queue: fetches, decides, does what was decided, hands the rows to the main
+/// thread.
 void ZelvaneStore::runPass() {
   const Time now = options_.clock();
   const auto inputs = gather(options_.sources, memory_, choices(), now);
@@ -95,8 +100,8 @@ void ZelvaneStore::publish(std::vector<ZelvaneSession> rows) {
     sessions_ = std::move(rows);
     notify(Change::sessions);
   }
-  auto closed = recentClosedAfter(recentClosed_, std::nullopt, dismissedUntil_, sessions_,
-                                  options_.clock());
+  auto closed =
+      recentClosedAfter(recentClosed_, std::nullopt, dismissedUntil_, sessions_, options_.clock());
   if (closed != recentClosed_) {
     recentClosed_ = std::move(closed);
     notify(Change::recentClosed);

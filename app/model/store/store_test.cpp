@@ -1,1 +1,266 @@
-#include <gtest/gtest.h>
+#include "app/model/store/store.h"
+
+#include <atomic>
+#include <gmock/gmock.h>
+#include <thread>
+
+#include "core/run_loop.h"
+
+#include "app/model/store/samples.h"
+#include "app/model/store/saved_settings.h"
+#include "tests/support/event_counter.h"
+#include "tests/support/temporary_folder.h"
+
+namespace zelvane {
+namespace {
+
+using test::EventCounter;
+using test::TemporaryFolder;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// A store over sessions of values, with its main thread on a thread of its own.
+class StoreFixture : public testing::Test {
+ protected:
+  StoreFixture() {
+    main_ = std::thread([this] { loop_.run(); });
+  }
+  ~StoreFixture() override {
+    onMain([this] { store_.reset(); });
+    loop_.stop();
+    main_.join();
+  }
+
+  ZelvaneStore::Options options() {
+    ZelvaneStore::Options result;
+    result.sources.claudeProcs = [this](Time) {
+      const int running = ++running_;
+      EXPECT_EQ(running, 1) << "passes never overlap";
+      if (blockPass_) unblock_.waitFor(1);
+      const auto procs = [this] {
+        const std::lock_guard lock(mutex_);
+        return procs_;
+      }();
+      --running_;
+      passes_.add();
+      return procs;
+    };
+    result.sources.tty = [](std::int32_t pid) { return "/dev/pts/" + std::to_string(pid); };
+    result.sources.hookRecord = [this](const std::string& id) -> std::optional<HookRecord> {
+      const std::lock_guard lock(mutex_);
+      if (!hooks_.contains(id)) return std::nullopt;
+      return hooks_[id];
+    };
+    result.defaults = defaults_;
+    result.mainThread = loop_.executor();
+    result.clock = [] { return timeAt(1'800'000'000); };
+    result.hookSessions = folder_.path("data/sessions");
+    result.watchedFolders = {folder_.path("claude"), folder_.path("data/sessions")};
+    result.tick = Seconds(3600);
+    result.coalescing = Seconds(0.05);
+    return result;
+  }
+
+  void create(ZelvaneStore::Options with) {
+    store_ = ZelvaneStore::create(std::move(with));
+    store_->observe([this](ZelvaneStore::Change change) {
+      if (change == ZelvaneStore::Change::passed) published_.add();
+      if (change == ZelvaneStore::Change::sessions) redraws_.add();
+    });
+  }
+
+  void setProcs(std::vector<ClaudeProc> procs) {
+    const std::lock_guard lock(mutex_);
+    procs_ = std::move(procs);
+  }
+
+  /// Runs the task on the store's main thread and waits for it.
+  void onMain(const std::function<void()>& task) {
+    EventCounter ran;
+    loop_.post([&] {
+      task();
+      ran.add();
+    });
+    ASSERT_TRUE(ran.waitFor(1));
+  }
+
+  /// One pass from request to published rows.
+  void pass() {
+    const int before = published_.count();
+    store_->refreshNow();
+    ASSERT_TRUE(published_.waitFor(before + 1));
+  }
+
+  TemporaryFolder folder_;
+  std::shared_ptr<MemoryDefaults> defaults_ = std::make_shared<MemoryDefaults>();
+  EventCounter passes_, published_, redraws_, unblock_;
+  std::atomic<bool> blockPass_ = false;
+  std::atomic<int> running_ = 0;
+  std::mutex mutex_;
+  std::vector<ClaudeProc> procs_;
+  std::map<std::string, HookRecord> hooks_;
+  std::shared_ptr<ZelvaneStore> store_;
+  RunLoop loop_;
+  std::thread main_;
+};
+
+TEST_F(StoreFixture, PublishesOnlyWhatChanged) {
+  create(options());
+  setProcs({{1, "a", "/p", "busy"}});
+  pass();
+  pass();
+  EXPECT_EQ(redraws_.count(), 1);
+  onMain([&] {
+    EXPECT_EQ(store_->sessions().at(0).state, ZelvaneState::working);
+    EXPECT_TRUE(store_->clockNeeded());
+    store_->setVisible(false);
+    EXPECT_FALSE(store_->clockNeeded());
+  });
+  setProcs({});
+  pass();
+  onMain([&] { EXPECT_THAT(store_->sessions(), IsEmpty()); });
+}
+
+TEST_F(StoreFixture, FoldsABurstOfRequestsIntoOnePass) {
+  create(options());
+  for (int i = 0; i < 10; ++i) store_->scheduleRefresh();
+  ASSERT_TRUE(published_.waitFor(1));
+  pass();  // the queue is serial: a second coalesced pass would have run before or be seen below
+  EXPECT_EQ(passes_.count(), 2);
+}
+
+TEST_F(StoreFixture, RefreshNowDoesNotReplaceACoalescedPass) {
+  create(options());
+  store_->scheduleRefresh();
+  store_->refreshNow();
+  ASSERT_TRUE(published_.waitFor(2));
+}
+
+TEST_F(StoreFixture, FollowsFoldersThatAppearLater) {
+  create(options());
+  onMain([&] { store_->start(); });
+  ASSERT_TRUE(published_.waitFor(1));
+  EXPECT_TRUE(std::filesystem::is_directory(folder_.path("data/sessions")));
+  int before = published_.count();
+  folder_.write("claude/1.json", "{}");
+  ASSERT_TRUE(published_.waitFor(before + 1)) << "the folder and a file in it";
+  before = published_.count();
+  std::filesystem::resize_file(folder_.path("claude/1.json"), 0);
+  ASSERT_TRUE(published_.waitFor(before + 1)) << "a file rewritten in place";
+}
+
+TEST_F(StoreFixture, TicksWithoutEvents) {
+  auto with = options();
+  with.tick = Seconds(0.01);
+  create(with);
+  onMain([&] { store_->start(); });
+  EXPECT_TRUE(published_.waitFor(3));
+}
+
+TEST_F(StoreFixture, AcknowledgesForGood) {
+  HookRecord done;
+  done.state = "done";
+  done.doneAt = timeAt(1'799'999'990);
+  hooks_["a"] = done;
+  setProcs({{1, "a"}});
+  create(options());
+  pass();
+  onMain([&] {
+    EXPECT_EQ(store_->sessions().at(0).state, ZelvaneState::done);
+    store_->ack("a");
+  });
+  pass();
+  onMain([&] { EXPECT_EQ(store_->sessions().at(0).state, ZelvaneState::idle); });
+  EXPECT_EQ(savedSettings(*defaults_, timeAt(1'800'000'000)).acked.at("a"), 1'800'000'000);
+}
+
+TEST_F(StoreFixture, ClosesTheEditorOfAVanishedRow) {
+  setProcs({{1, "a"}});
+  create(options());
+  pass();
+  onMain([&] {
+    store_->setEditing("memo:a");
+    store_->endEditing("title:a");
+    EXPECT_EQ(store_->editing(), "memo:a") << "another editor's late end";
+  });
+  pass();
+  onMain([&] { EXPECT_EQ(store_->editing(), "memo:a"); });
+  setProcs({});
+  pass();
+  onMain([&] { EXPECT_FALSE(store_->editing()); });
+}
+
+TEST_F(StoreFixture, SavesPinsAlwaysAndOtherChoicesUnlessReadOnly) {
+  auto with = options();
+  with.readOnly = true;
+  create(with);
+  onMain([&] {
+    ZelvaneSession a, b;
+    a.id = "a";
+    b.id = "b";
+    store_->setTheme(ThemeID::b);
+    store_->setAnchorTop(false);
+    for (const auto& session : {a, b, a}) store_->togglePin(session);
+    EXPECT_THAT(store_->pinned(), ElementsAre("b"));
+    store_->ack("a");
+  });
+  onMain([] {});  // acknowledgements are saved by a task of their own
+  EXPECT_EQ(defaults_->value("pinned"), Json({"b"}));
+  for (const char* key : {"theme", "anchorTop", "acked"})
+    EXPECT_FALSE(defaults_->value(key)) << key;
+}
+
+TEST_F(StoreFixture, MayEndInTheMiddleOfAPass) {
+  blockPass_ = true;
+  create(options());
+  store_->refreshNow();
+  while (running_ == 0) std::this_thread::yield();
+  std::thread end([this] { onMain([this] { store_.reset(); }); });
+  unblock_.add();
+  end.join();
+}
+
+TEST(SavedSettings, TreatOtherTypesAsAbsent) {
+  const Time now = timeAt(1'800'000'000);
+  const auto good =
+      savedSettings(MemoryDefaults({{"theme", "a"},
+                                    {"anchorTop", false},
+                                    {"pinned", {"x"}},
+                                    {"acked", {{"new", 1'799'395'200}, {"old", 1'799'395'199}}},
+                                    {"friendOf", {{"x", 2}}},
+                                    {"friendSeen", {{"x", 1.5}}}}),
+                    now);
+  EXPECT_EQ(good.theme, ThemeID::a);
+  EXPECT_FALSE(good.anchorTop);
+  EXPECT_THAT(good.pinned, ElementsAre("x"));
+  EXPECT_THAT(good.acked, ElementsAre(std::pair("new", 1'799'395'200)));
+  EXPECT_EQ(good.friendOf.at("x"), 2);
+
+  const auto bad = savedSettings(MemoryDefaults({{"theme", "x"},
+                                                 {"anchorTop", "no"},
+                                                 {"pinned", {"x", 1}},
+                                                 {"acked", {{"a", "b"}}},
+                                                 {"friendOf", {{"x", 1.5}}},
+                                                 {"friendSeen", true}}),
+                                 now);
+  EXPECT_EQ(bad.theme, ThemeID::c);
+  EXPECT_TRUE(bad.anchorTop);
+  EXPECT_TRUE(bad.pinned.empty() && bad.acked.empty() && bad.friendOf.empty() &&
+              bad.friendSeen.empty());
+}
+
+TEST(Samples, ShowEveryState) {
+  const Time now = timeAt(1'800'000'000);
+  const auto rows = showcaseRows(3, now);
+  ASSERT_EQ(rows.size(), 5U);
+  for (int i = 0; i < 5; ++i) {
+    EXPECT_EQ(static_cast<int>(rows[i].state), i);
+    EXPECT_EQ(rows[i].id, "show-" + std::to_string(i));
+    EXPECT_EQ(rows[i].friendIndex, i % 3);
+  }
+  EXPECT_EQ(demoRows(3, 0, now).at(2).title, "시험 탭 3");
+  EXPECT_THAT(demoRows(-1, 1, now), IsEmpty());
+}
+
+}  // namespace
+}  // namespace zelvane
