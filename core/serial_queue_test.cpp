@@ -49,13 +49,15 @@ TEST(SerialQueue, DropsWaitingTasksAtItsEnd) {
 }
 
 TEST(SerialQueue, MayBeDestroyedByItsOwnTask) {
+  EventCounter posted;
   EventCounter destroyed;
   auto queue = std::make_shared<SerialQueue>("test");
-  auto* raw = queue.get();
-  raw->post([&destroyed, queue = std::move(queue)]() mutable {
+  queue->post([&] {
+    posted.waitFor(1);
     queue.reset();
     destroyed.add();
   });
+  posted.add();
   EXPECT_TRUE(destroyed.waitFor(1));
 }
 

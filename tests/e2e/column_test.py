@@ -1,0 +1,104 @@
+"""The real window on a real X server with a window manager."""
+import os
+import pathlib
+import time
+import unittest
+
+from display import Display
+from machine import Machine, eventually
+
+# Colours of the light minimal theme.
+BACKGROUND, WAIT = (251, 251, 249), (212, 86, 31)
+
+
+class ColumnTest(unittest.TestCase):
+    def setUp(self):
+        self.machine = Machine()
+        self.addCleanup(self.machine.close)
+        self.display = Display(self.machine)
+        self.pictures = pathlib.Path(os.environ.get("ZELVANE_PICTURES", self.machine.folder))
+
+    def start_column(self, *arguments):
+        child = self.machine.start("zelvane-app", *arguments, DISPLAY=self.display.name)
+        window, _ = eventually(lambda: self.display.output(
+            "xdotool", "search", "--onlyvisible", "--class", "zelvane"), what="the window appears")
+        return child, window.split()[0]
+
+    def geometry(self, window):
+        lines = self.display.output("xdotool", "getwindowgeometry", "--shell", window).split("\n")
+        values = dict(line.split("=") for line in lines)
+        return tuple(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
+
+    def test_live_sessions_and_a_change_in_place(self):
+        machine, display = self.machine, self.display
+        pids = [machine.start_claude() for _ in range(3)]
+        for pid, session in zip(pids, "abc"):
+            machine.write_session(pid, session, status="busy")
+        _, window = self.start_column()
+        eventually(lambda: self.geometry(window)[3] > 150, what="three rows")
+        x, y, width, _ = self.geometry(window)
+        self.assertEqual((x + width, y), (1590, 10))
+        self.assertEqual(width, 310)
+        self.assertGreater(display.count(BACKGROUND), 10_000)
+        self.assertEqual(display.count(WAIT), 0)
+        machine.write_session(pids[1], "b", status="waiting")
+        _, elapsed = eventually(lambda: display.count(WAIT), what="the waiting row shows")
+        self.assertLess(elapsed, 1.5 + 0.5, "with the time that a picture takes")
+        display.picture(self.pictures / "column-live.png")
+        before = self.geometry(window)[3]
+        machine.tmux("kill-session", "-t", "1")
+        # A process that ends without touching its file shows with the next tick.
+        eventually(lambda: self.geometry(window)[3] < before, seconds=13, what="its row is gone")
+
+    def test_a_click_never_takes_the_focus(self):
+        display = self.display
+        self.machine.spawn("xterm", DISPLAY=display.name)
+        xterm, _ = eventually(lambda: display.output("xdotool", "search", "--onlyvisible", "--class",
+                                                     "xterm"), what="a terminal")
+        display.output("xdotool", "windowfocus", "--sync", xterm)
+        child, window = self.start_column("--demo", "3")
+        eventually(lambda: self.geometry(window)[3] > 100, what="the sample rows")
+        focused = display.output("xdotool", "getwindowfocus")
+        height = self.geometry(window)[3]
+        x, y, width, _ = self.geometry(window)
+        display.output("xdotool", "mousemove", str(x + width // 2), str(y + 80), "click", "1")
+        eventually(lambda: self.geometry(window)[3] > height, what="the clicked row opens")
+        self.assertEqual(display.output("xdotool", "getwindowfocus"), focused)
+        self.assertEqual(display.output("xdotool", "getactivewindow"), xterm)
+        child.terminate()
+        self.assertEqual(child.wait(10), 0)
+        self.assertEqual(child.stderr.read(), "")
+
+    def test_a_second_copy_goes_away(self):
+        first, _ = self.start_column()
+        start = time.monotonic()
+        second = self.machine.start("zelvane-app", DISPLAY=self.display.name)
+        self.assertEqual(second.wait(10), 0)
+        self.assertLess(time.monotonic() - start, 5)
+        self.assertIsNone(first.poll())
+
+
+class WithoutDisplayTest(unittest.TestCase):
+    def setUp(self):
+        self.machine = Machine()
+        self.addCleanup(self.machine.close)
+
+    def test_says_so_and_ends(self):
+        for environment in ({}, {"DISPLAY": ":4242"}):
+            result = self.machine.run(program="zelvane-app", check=False, **environment)
+            self.assertEqual((result.returncode, len(result.stderr.strip().split("\n"))), (1, 1))
+
+    def test_renders_pictures(self):
+        self.machine.write_session(self.machine.start_claude(), "a", status="waiting")
+        for arguments, width in (((), 284), (("--width", "100"), 280), (("--width", "999"), 480),
+                                 (("--width", "wide", "--theme", "a", "--showcase"), 284)):
+            picture = self.machine.folder / "column.png"
+            self.machine.run("--render", str(picture), *arguments, program="zelvane-app")
+            header = picture.read_bytes()[:24]
+            self.assertEqual(header[1:4], b"PNG")
+            self.assertEqual(int.from_bytes(header[16:20], "big"), 2 * (width + 16))
+        self.assertFalse(self.machine.records.exists(), "rendering writes nothing")
+
+
+if __name__ == "__main__":
+    unittest.main()

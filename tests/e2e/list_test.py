@@ -1,0 +1,93 @@
+"""The command on real processes and real files."""
+import json
+import os
+import resource
+import time
+import unittest
+
+from machine import Machine, eventually
+
+
+class ListTest(unittest.TestCase):
+    def setUp(self):
+        self.machine = Machine()
+        self.addCleanup(self.machine.close)
+
+    def test_three_sessions_with_their_states(self):
+        machine = self.machine
+        pids = [machine.start_claude() for _ in range(3)]
+        for pid, session, status in zip(pids, "abc", ("busy", "waiting", "idle")):
+            machine.write_session(pid, session, status=status)
+        machine.write_record("a", prompt="사진 올리기", working_since=time.time() - 75 * 60,
+                             todos={"done": 3, "total": 7, "current": "캐시 확인 중"})
+        machine.write_record("c", state="done", done_at=time.time() - 1, prompt="문구 정리")
+        shown = machine.list()
+        self.assertEqual(shown["v"], 1)
+        self.assertLess(abs(shown["at"] - time.time()), 5)
+        self.assertEqual([(row["id"], row["state"], row["subtitle"]) for row in shown["sessions"]],
+                         [("b", "waiting", "대답을 기다려요"), ("a", "working", "캐시 확인 중"),
+                          ("c", "done", "proj")])
+        working = shown["sessions"][1]
+        self.assertEqual((working["pid"], working["progress"]), (pids[0], {"done": 3, "total": 7}))
+        self.assertEqual(working["tty"], os.readlink(f"/proc/{pids[0]}/fd/0"))
+        self.assertIn("1시간째", machine.run("list").stdout)
+
+        machine.tmux("kill-session", "-t", "0")
+        eventually(lambda: set(machine.states()) == {"b", "c"}, what="the killed one is gone")
+
+    def test_bad_files_leave_the_others_alone(self):
+        machine = self.machine
+        machine.write_session(machine.start_claude(), "good", status="busy")
+        pid = machine.start_claude()
+        samples = {
+            "empty": b"", "cut-in-half": b'{"pid":', "not-utf8": b'{"pid":%d,"sessionId":"\xff"}' % pid,
+            "deep": b"[" * 100_000, "deep-object": b'{"a":' * 100_000 + b"1" + b"}" * 100_000,
+            "a-path": b'{"pid":%d,"sessionId":"../../x"}' % pid, "list": b"[]",
+            "huge-number": b'{"pid":1e400,"sessionId":"n"}', "nul": b"\0" * 4096,
+        }
+        for name, content in samples.items():
+            (machine.sessions / f"{name}.json").write_bytes(content)
+        with open(machine.sessions / "huge.json", "wb") as file:
+            file.write(b'{"pid":%d,"sessionId":"huge","x":"' % pid)
+            file.truncate(100 << 20)
+        os.mkfifo(machine.sessions / "pipe.json")
+        (machine.sessions / "secret.key").symlink_to("/dev/zero")
+        self.assertEqual(machine.states(), {"good": "working"})
+        peak = resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss
+        self.assertLess(peak, 100 * 1024, "kilobytes")
+
+    def test_list_writes_nothing(self):
+        machine = self.machine
+        machine.write_session(machine.start_claude(), "a")
+        before = sorted(machine.home.rglob("*"))
+        machine.run("list")
+        machine.run("list", "--json")
+        self.assertEqual(sorted(machine.home.rglob("*")), before)
+
+    def test_watch_shows_a_rewritten_file_within_a_second_and_a_half(self):
+        machine = self.machine
+        machine.sessions.rmdir()
+        watch = machine.start("zelvane", "watch", "--json")
+        self.assertEqual(json.loads(watch.stdout.readline())["sessions"], [])
+        pid = machine.start_claude()
+        machine.sessions.mkdir()
+        start = time.monotonic()
+        machine.write_session(pid, "a", status="busy")
+        for state, status in (("working", None), ("waiting", "waiting"), ("idle", "idle")):
+            if status:
+                start = time.monotonic()
+                machine.write_session(pid, "a", status=status)
+            row = json.loads(watch.stdout.readline())["sessions"][0]
+            self.assertEqual(row["state"], state)
+            self.assertLess(time.monotonic() - start, 1.5, state)
+
+    def test_wrong_use_is_told_on_standard_error(self):
+        wrong = self.machine.run("nonsense", check=False)
+        self.assertEqual(wrong.returncode, 2)
+        self.assertEqual(wrong.stdout, "")
+        self.assertTrue(wrong.stderr)
+        self.assertIn("0.1.0", self.machine.run("--version").stdout)
+
+
+if __name__ == "__main__":
+    unittest.main()
