@@ -57,6 +57,13 @@ std::string replacedAll(std::string_view text, char wanted, std::string_view rep
   return result;
 }
 
+std::string wrapped(const std::string& text, char quote) {
+  std::string result(1, quote);
+  result += text;
+  result += quote;
+  return result;
+}
+
 }  // namespace
 
 std::string oneLine(const Json* value, std::size_t max) {
@@ -84,11 +91,11 @@ std::string shellQuote(std::string_view text) {
       "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789@%+=:,./-_";
   if (text.empty()) return "''";
   if (text.find_first_not_of(safe) == text.npos) return std::string(text);
-  return "'" + replacedAll(text, '\'', "'\"'\"'") + "'";
+  return wrapped(replacedAll(text, '\'', "'\"'\"'"), '\'');
 }
 
 std::string appleScriptString(std::string_view text) {
-  return "\"" + replacedAll(replacedAll(text, '\\', "\\\\"), '"', "\\\"") + "\"";
+  return wrapped(replacedAll(replacedAll(text, '\\', "\\\\"), '"', "\\\""), '"');
 }
 
 bool isSafeFileName(std::string_view text) {

@@ -45,7 +45,7 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
     std::shared_ptr<UserDefaults> defaults;
     Executor mainThread;
     Clock clock;
-    std::string hookSessions;                 ///< of the hook records; `start` creates it, unless read-only
+    std::string hookSessions;                 ///< hook records; made by `start` unless read-only
     std::vector<std::string> watchedFolders;  ///< a change in one of them asks for a pass
     std::optional<std::string> restoreScript = std::nullopt;
     bool readOnly = false;  ///< nothing that the user owns is written

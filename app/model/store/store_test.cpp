@@ -210,6 +210,18 @@ TEST_F(StoreFixture, SavesPinsAlwaysAndOtherChoicesUnlessReadOnly) {
     EXPECT_FALSE(defaults_->value(key)) << key;
 }
 
+TEST_F(StoreFixture, MakesTheRecordFolderUnlessReadOnly) {
+  for (const bool readOnly : {true, false}) {
+    auto with = options();
+    with.readOnly = readOnly;
+    create(with);
+    const int before = published_.count();
+    onMain([&] { store_->start(); });
+    ASSERT_TRUE(published_.waitFor(before + 1));
+    EXPECT_EQ(std::filesystem::exists(folder_.path("data")), !readOnly);
+  }
+}
+
 TEST_F(StoreFixture, MayEndInTheMiddleOfAPass) {
   blockPass_ = true;
   create(options());

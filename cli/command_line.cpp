@@ -1,0 +1,83 @@
+#include "cli/command_line.h"
+
+#include <CLI/CLI.hpp>
+
+#include "core/bundle.h"
+#include "core/localization.h"
+
+#include "cli/list_command.h"
+#include "cli/output.h"
+#include "cli/text_layout.h"
+#include "cli/watch_command.h"
+
+namespace zelvane::cli {
+namespace {
+
+void speakKorean(CLI::App& app) {
+  app.set_help_flag("-h,--help", L("도움말을 보여요"))->group(L("옵션"));
+  app.option_defaults()->group(L("옵션"));
+  const auto formatter = app.get_formatter();
+  formatter->label("Usage", L("사용법"));
+  formatter->label("OPTIONS", L("옵션"));
+  formatter->label("SUBCOMMAND", L("명령"));
+}
+
+/// Adds a subcommand whose only option is --json.
+void addListing(CLI::App& app, const std::string& name, const std::string& description,
+                const std::string& jsonDescription, ExitCode (*subcommand)(Format),
+                CommandLine& chosen) {
+  CLI::App* command = app.add_subcommand(name, description)->group(L("명령"));
+  command->get_help_ptr()->group(L("옵션"));
+  const CLI::Option* json = command->add_flag("--json", jsonDescription)->disable_flag_override();
+  command->callback([=, &chosen] {
+    const auto format = json->count() > 0 ? Format::json : Format::text;
+    chosen.subcommand = [=] { return subcommand(format); };
+  });
+}
+
+void addSubcommands(CLI::App& app, CommandLine& chosen) {
+  addListing(app, "list", L("Claude Code 탭을 한 번 보여요"), L("JSON 으로 보여요"), list, chosen);
+  addListing(app, "watch", L("Claude Code 탭을 계속 보여요 (Ctrl+C 로 끝내요)"),
+             L("바뀔 때마다 JSON 한 줄을 써요"), watch, chosen);
+}
+
+CommandLine refused(const std::string& problem) {
+  return {.problem = problem + "\n" + L("쓰는 법은 zelvane --help 로 볼 수 있어요.") + "\n",
+          .code = wrongUsage};
+}
+
+std::string sentence(const std::vector<std::string>& unknown, const std::vector<std::string>& all) {
+  const auto text = [](const auto& words) { return printable(CLI::detail::join(words, " ")); };
+  return unknown.empty() ? LF("이렇게는 쓸 수 없어요: %@", {text(all)})
+                         : LF("모르는 명령이나 옵션이에요: %@", {text(unknown)});
+}
+
+}  // namespace
+
+CommandLine commandLine(int argc, const char* const* argv) {
+  CommandLine chosen;
+  CLI::App app(L("Claude Code 탭이 무엇을 하는지 보여요."), "zelvane");
+  speakKorean(app);
+  app.set_version_flag("--version", "zelvane " + Bundle::version(), L("버전을 보여요"));
+  addSubcommands(app, chosen);
+  app.require_subcommand(0, 1);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    return {.output = app.help()};
+  } catch (const CLI::CallForVersion& version) {
+    return {.output = std::string(version.what()) + "\n"};
+  } catch (const CLI::ParseError&) {
+    return refused(sentence(app.remaining(true), {argv + 1, argv + argc}));
+  }
+  if (!chosen.subcommand) return {.problem = app.help(), .code = wrongUsage};
+  return chosen;
+}
+
+ExitCode run(const CommandLine& commandLine) {
+  if (commandLine.subcommand) return commandLine.subcommand();
+  writeError(commandLine.problem);
+  return commandLine.output.empty() ? commandLine.code : exitCode(writeOut(commandLine.output));
+}
+
+}  // namespace zelvane::cli

@@ -1,0 +1,28 @@
+#include "cli/listing.h"
+
+#include "core/paths.h"
+#include "core/user_defaults.h"
+
+namespace zelvane::cli {
+
+bool sameContent(const Listing& a, const Listing& b) {
+  return a.sessions == b.sessions && a.pendingRestore == b.pendingRestore &&
+         a.recentClosed == b.recentClosed;
+}
+
+std::shared_ptr<ZelvaneStore> readOnlyStore(Executor mainThread) {
+  auto options = ZelvaneStore::systemOptions(
+      std::make_shared<FileDefaults>(FileDefaults::standardPath()), std::move(mainThread));
+  options.readOnly = true;
+  return ZelvaneStore::create(std::move(options));
+}
+
+Listing listingOf(const ZelvaneStore& store, Time now) {
+  return {.at = now,
+          .home = Paths::home(),
+          .sessions = store.sessions(),
+          .pendingRestore = store.pendingRestore(),
+          .recentClosed = store.recentClosed()};
+}
+
+}  // namespace zelvane::cli

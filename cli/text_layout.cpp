@@ -1,0 +1,83 @@
+#include "cli/text_layout.h"
+
+#include <algorithm>
+
+#include "core/unicode.h"
+
+namespace zelvane::cli {
+namespace {
+
+/// The Unicode marks, embeddings, overrides and isolates of the reading direction.
+bool turnsDirection(char32_t scalar) {
+  return scalar == 0x061C || scalar == 0x200E || scalar == 0x200F ||
+         (scalar >= 0x202A && scalar <= 0x202E) || (scalar >= 0x2066 && scalar <= 0x2069);
+}
+
+}  // namespace
+
+std::string printable(std::string_view text) {
+  std::u32string line;
+  bool blank = false;
+  for (const char32_t scalar : scalars(text)) {
+    if (turnsDirection(scalar)) continue;
+    if (isControl(scalar) || isWhitespace(scalar)) {
+      blank = !line.empty();
+      continue;
+    }
+    if (blank) line.push_back(U' ');
+    blank = false;
+    line.push_back(scalar);
+  }
+  return utf8(line);
+}
+
+std::string tailFitted(std::string_view text, int columns) {
+  int width = displayWidth(text);
+  if (width <= columns) return std::string(text);
+  if (columns < 1) return {};
+  const auto whole = scalars(text);
+  std::u32string_view rest = whole;
+  while (!rest.empty() && displayWidth("…") + width > columns) {
+    const auto length = firstCharacterLength(rest);
+    width -= displayWidth(utf8(rest.substr(0, length)));
+    rest.remove_prefix(length);
+  }
+  return "…" + utf8(rest);
+}
+
+std::vector<std::string> wrapped(std::string_view text, int columns) {
+  std::vector<std::string> lines;
+  while (!text.empty()) {
+    const auto end = std::min(text.find(' '), text.size());
+    const auto word = fitted(text.substr(0, end), columns);
+    text.remove_prefix(std::min(end + 1, text.size()));
+    if (!lines.empty() && displayWidth(lines.back()) + 1 + displayWidth(word) <= columns) {
+      lines.back() += " " + word;
+    } else {
+      lines.push_back(word);
+    }
+  }
+  return lines;
+}
+
+std::vector<int> sharedOut(const std::vector<int>& wanted, int room) {
+  std::vector<int> shares(wanted.size(), 0);
+  std::vector<std::size_t> modestFirst;
+  for (std::size_t i = 0; i < wanted.size(); ++i) modestFirst.push_back(i);
+  std::stable_sort(modestFirst.begin(), modestFirst.end(),
+                   [&](std::size_t a, std::size_t b) { return wanted[a] < wanted[b]; });
+  auto left = static_cast<int>(wanted.size());
+  for (const auto i : modestFirst) {
+    shares[i] = std::min(wanted[i], std::max(room, 0) / left--);
+    room -= shares[i];
+  }
+  return shares;
+}
+
+std::string joined(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const auto& line : lines) text += line + "\n";
+  return text;
+}
+
+}  // namespace zelvane::cli

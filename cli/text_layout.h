@@ -1,0 +1,27 @@
+// Lays out text in the columns of a terminal. Pure; texts are UTF-8.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zelvane::cli {
+
+/// Outside text as one harmless line: invalid UTF-8 repaired, controls and white space folded into
+/// single blanks, marks that reverse the reading direction dropped.
+std::string printable(std::string_view text);
+
+/// The text cut to at most `columns` columns at its beginning, which "…" then replaces.
+std::string tailFitted(std::string_view text, int columns);
+
+/// The text broken at blanks into lines of at most `columns` columns; a longer word is cut.
+std::vector<std::string> wrapped(std::string_view text, int columns);
+
+/// Shares out `room` columns: each gets what it wants as long as there is enough, and what is
+/// scarce is divided evenly among those that want more.
+std::vector<int> sharedOut(const std::vector<int>& wanted, int room);
+
+/// The lines, each with its line break.
+std::string joined(const std::vector<std::string>& lines);
+
+}  // namespace zelvane::cli
