@@ -1,15 +1,14 @@
 // What one refresh pass costs: its CPU time over session files of living processes, against a bare
 // loop that merely reads the same files. Also whether the cost grows in proportion.
-#include <fcntl.h>
-#include <pty.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdio>
 #include <ctime>
+#include <fcntl.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "core/process.h"
 
@@ -77,17 +76,28 @@ double median(const std::function<void()>& task) {
 void writeSessions(const test::TemporaryFolder& folder, const std::vector<pid_t>& pids) {
   for (const pid_t pid : pids) {
     const auto id = "88163312-296c-4a55-9d5e-" + std::to_string(pid);
-    const Json file = {
-        {"pid", pid}, {"sessionId", id}, {"cwd", "/home/me/project"},
-        {"startedAt", 1795377732290}, {"procStart", "69501"}, {"version", "2.1.330"},
-        {"peerFeatures", {"notify_idle", "one", "two"}}, {"kind", "interactive"},
-        {"entrypoint", "cli"}, {"pidDomain", "linux:3d1219c7:pid:[4026531836]"},
-        {"messagingSocketPath", "/tmp/cc-socks/13302.sock"}, {"name", "project-39"},
-        {"nameSource", "derived"}, {"status", "busy"}, {"updatedAt", 1795377860134}};
+    const Json file = {{"pid", pid},
+                       {"sessionId", id},
+                       {"cwd", "/home/me/project"},
+                       {"startedAt", 1795377732290},
+                       {"procStart", "69501"},
+                       {"version", "2.1.330"},
+                       {"peerFeatures", {"notify_idle", "one", "two"}},
+                       {"kind", "interactive"},
+                       {"entrypoint", "cli"},
+                       {"pidDomain", "linux:3d1219c7:pid:[4026531836]"},
+                       {"messagingSocketPath", "/tmp/cc-socks/13302.sock"},
+                       {"name", "project-39"},
+                       {"nameSource", "derived"},
+                       {"status", "busy"},
+                       {"updatedAt", 1795377860134}};
     folder.write("sessions/" + std::to_string(pid) + ".json", file.dump());
     folder.write("records/" + id + ".json",
-                 Json({{"state", "done"}, {"prompt", "고치고 시험해 줘"}, {"done_at", 1.79e9},
-                       {"todos", {{"done", 2}, {"total", 5}, {"current", "시험"}}}}).dump(2));
+                 Json({{"state", "done"},
+                       {"prompt", "고치고 시험해 줘"},
+                       {"done_at", 1.79e9},
+                       {"todos", {{"done", 2}, {"total", 5}, {"current", "시험"}}}})
+                     .dump(2));
   }
 }
 
@@ -143,8 +153,9 @@ int main() {
   for (const int count : {50, 500, 2000}) {
     const auto [pass, bare] = zelvane::measure(count);
     if (perRow == 0) perRow = pass / count;
-    std::printf("%4d sessions: pass %6.2f ms CPU, %.2f x the bare reading (%.2f ms); "
-                "per session %.2f x that of 50\n",
-                count, pass, pass / bare, bare, pass / count / perRow);
+    std::printf(
+        "%4d sessions: pass %6.2f ms CPU, %.2f x the bare reading (%.2f ms); "
+        "per session %.2f x that of 50\n",
+        count, pass, pass / bare, bare, pass / count / perRow);
   }
 }

@@ -17,6 +17,23 @@ utf8proc_category_t categoryOf(char32_t scalar) {
 
 }  // namespace
 
+bool isUtf8(std::string_view bytes) {
+  std::size_t at = 0;
+  while (at < bytes.size()) {
+    if (static_cast<unsigned char>(bytes[at]) < 0x80) {
+      ++at;
+      continue;
+    }
+    utf8proc_int32_t scalar = -1;
+    const auto length =
+        utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(bytes.data() + at),
+                         static_cast<utf8proc_ssize_t>(bytes.size() - at), &scalar);
+    if (length <= 0) return false;
+    at += static_cast<std::size_t>(length);
+  }
+  return true;
+}
+
 std::u32string scalars(std::string_view text) {
   std::u32string result;
   result.reserve(text.size());

@@ -6,6 +6,8 @@
 
 namespace zelvane {
 
+/// Whether the bytes are UTF-8 throughout.
+bool isUtf8(std::string_view bytes);
 /// The text with every invalid UTF-8 sequence replaced by U+FFFD.
 std::string repairedUtf8(std::string_view bytes);
 /// Unicode scalars of a text, repaired as above; and back.

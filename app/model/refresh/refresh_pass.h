@@ -13,8 +13,8 @@
 
 #include "app/model/records/claude_proc.h"
 #include "app/model/records/hook_record.h"
-#include "app/model/records/notes_entry.h"
 #include "app/model/records/session.h"
+#include "app/notes/notes_entry.h"
 
 namespace zelvane {
 

@@ -1,0 +1,49 @@
+// The column's entry point: reads the command line, makes sure it runs once, and hands over.
+#include <QtWidgets/QApplication>
+#include <iostream>
+#include <thread>
+
+#include "core/bundle.h"
+#include "core/localization.h"
+
+#include "app/ui/application.h"
+#include "app/ui/single_instance.h"
+
+using namespace zelvane;
+
+namespace {
+
+/// Answers what needs no display; nothing when the column is to be opened.
+std::optional<int> answered(const LaunchOptions& options) {
+  if (options.help) {
+    std::cout << usage() << '\n';
+    return 0;
+  }
+  if (options.version) {
+    std::cout << "Zelvane " << Bundle::version() << '\n';
+    return 0;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Bundle::useStringTable();
+  const auto options = launchOptions({argv + 1, argv + argc});
+  if (const auto status = answered(options)) return *status;
+  if (!prepareWindowSystem(options)) {
+    std::cerr << L("화면에 연결할 수 없어서 Zelvane을 열지 못했어요. DISPLAY 값을 확인해 주세요.")
+              << '\n';
+    return 1;
+  }
+  std::unique_ptr<FileLock::Scope> onlyOne;
+  if (!options.sample) {
+    onlyOne = becomeSingleInstance(instanceLockPath(),
+                                   [](Seconds pause) { std::this_thread::sleep_for(pause); });
+    if (!onlyOne) return 0;
+  }
+  QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("zelvane"));
+  return AppDelegate(options).run();
+}

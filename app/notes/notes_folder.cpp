@@ -1,0 +1,185 @@
+#include "app/notes/notes_folder.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <thread>
+#include <unistd.h>
+
+#include "platform/data_folder.h"
+
+#include "core/localization.h"
+
+namespace zelvane {
+namespace {
+
+using State = NotesFolder::Main::State;
+
+constexpr Seconds staleAfter(3600);
+constexpr Seconds turnPoll(0.01);
+constexpr int temporaryNames = 100;
+constexpr std::uint32_t privateMode = 0600;
+constexpr std::string_view temporaryPrefix = "notes.json.sb-";
+constexpr std::string_view backupTemporary = "notes.bak.tmp";
+
+std::string folderOf(const std::string& path) { return path.substr(0, path.rfind('/')); }
+
+}  // namespace
+
+std::size_t notesFingerprint(std::string_view bytes) {
+  return std::hash<std::string_view>{}(bytes);
+}
+
+std::string standardNotesFolder() {
+  const char* chosen = std::getenv("ZELVANE_NOTES_DIR");
+  if (!chosen) return platform::dataFolder() + "/Zelvane";
+  std::error_code failed;
+  const auto absolute = std::filesystem::absolute(*chosen ? chosen : ".", failed);
+  return failed ? chosen : absolute.string();
+}
+
+NotesFolder::Main NotesFolder::readMain(std::optional<std::size_t> known) const {
+  Main main{.identity = mainIdentity()};
+  if (!disk_->exists(mainFile())) return main;
+  auto bytes = disk_->read(mainFile());
+  if (!bytes) {
+    main.state = State::unreadable;
+    return main;
+  }
+  main.bytes = std::move(*bytes);
+  main.fingerprint = notesFingerprint(main.bytes);
+  if (main.fingerprint == known) {
+    main.state = State::known;
+    return main;
+  }
+  auto notes = decodeNotes(main.bytes);
+  main.state = notes ? State::good : State::damaged;
+  if (notes) main.notes = std::move(*notes);
+  return main;
+}
+
+NotesFolder::Loaded NotesFolder::load(NotesAccess access) {
+  if (access == NotesAccess::readWrite) cleanTemp();
+  auto main = readMain(std::nullopt);
+  Loaded loaded;
+  if (main.isGood()) {
+    loaded.notes = std::move(main.notes);
+    loaded.fingerprint = main.fingerprint;
+  } else if (main.state != State::missing || disk_->exists(backupFile())) {
+    loaded = loadBackup(main, access);
+  }
+  loaded.identity = main.identity;
+  return loaded;
+}
+
+NotesFolder::Loaded NotesFolder::loadBackup(const Main& main, NotesAccess access) {
+  const bool kept = main.state == State::missing || keepCorrupt("notes", access);
+  const auto backup = disk_->read(backupFile());
+  auto notes = backup ? decodeNotes(*backup) : std::nullopt;
+  if (!notes) {
+    if (disk_->exists(backupFile())) (void)keepCorrupt("notes.bak", access);
+    return {.writable = false,
+            .problem = LF("메모 파일을 읽지 못해서 원본을 그대로 두었어요. 지금 쓰는 메모는 "
+                          "저장되지 않아요 (%@).",
+                          {dir_})};
+  }
+  const auto problem =
+      kept ? "메모 파일이 깨져서 백업에서 읽었어요. 깨진 파일은 따로 보관했어요 (%@)."
+           : "메모 파일을 읽지 못해 백업을 보여 주고 있어요. 원본을 지키려고 저장은 멈췄어요 (%@).";
+  return {.notes = std::move(*notes), .writable = kept, .problem = LF(problem, {dir_})};
+}
+
+/// Removes what interrupted saves left, once it is certain that no save is still at it.
+void NotesFolder::cleanTemp() {
+  for (const auto& name : disk_->list(dir_)) {
+    if (!name.starts_with(temporaryPrefix) && name != backupTemporary) continue;
+    const auto identity = disk_->identity(path(name));
+    if (!identity) continue;
+    const Time modified = timeAt(static_cast<double>(identity->modified) / 1e9);
+    if (clock_() - modified > staleAfter) (void)disk_->remove(path(name));
+  }
+}
+
+/// Keeps the bytes of BASE.json as BASE.corrupt-SECONDS.json, once; true when they are kept.
+bool NotesFolder::keepCorrupt(const std::string& base, NotesAccess access) {
+  const auto bytes = disk_->read(path(base + ".json"));
+  if (!bytes) return false;
+  const std::string prefix = base + ".corrupt-";
+  const auto names = disk_->list(dir_);
+  const bool kept = std::any_of(names.begin(), names.end(), [&](const auto& name) {
+    return name.starts_with(prefix) && disk_->read(path(name)) == bytes;
+  });
+  if (kept) return true;
+  if (access == NotesAccess::readOnly) return false;
+  auto second = static_cast<std::int64_t>(std::floor(secondsSince1970(clock_())));
+  // Two different damaged files within one second are both kept.
+  const auto target = [&] { return path(prefix + std::to_string(second) + ".json"); };
+  while (disk_->exists(target()) && second < INT64_MAX) ++second;
+  return !writeAtomically(target(), *bytes) && !disk_->syncFolder(dir_);
+}
+
+std::unique_ptr<FileLock::Scope> NotesFolder::waitForTurn() const {
+  const auto file = path("notes.json.lock");
+  for (Seconds waited(0);; waited += turnPoll) {
+    auto turn = std::make_unique<FileLock::Scope>(file, FileLock::Wait::no);
+    // Where there is no lock file, none can be made, and nobody holds one.
+    if (*turn || waited >= patience_ || !disk_->exists(file)) return turn;
+    std::this_thread::sleep_for(turnPoll);
+  }
+}
+
+std::error_code NotesFolder::replaceMain(std::string_view bytes, const Main& current) {
+  if (bytes.size() > largestNotesFile) return std::make_error_code(std::errc::file_too_large);
+  if (current.state == State::unreadable) return std::make_error_code(std::errc::io_error);
+  if (current.state == State::damaged && !keepCorrupt("notes", NotesAccess::readWrite)) {
+    return std::make_error_code(std::errc::io_error);
+  }
+  // The same bytes again, after a save that failed in its last step: the backup is right as it is.
+  if (current.isGood() && current.bytes != bytes) {
+    if (const auto failed = rotateBackup(current)) return failed;
+  }
+  return writeAtomically(disk_->resolved(mainFile()), bytes);
+}
+
+/// Makes the backup of the bytes that were read and found good, whatever happens to the main file.
+std::error_code NotesFolder::rotateBackup(const Main& current) {
+  const auto temporary = path(backupTemporary);
+  (void)disk_->remove(temporary);
+  const auto mode = current.identity ? current.identity->mode : privateMode;
+  auto failed = disk_->create(temporary, current.bytes, mode);
+  if (!failed) failed = disk_->rename(temporary, backupFile());
+  if (failed) (void)disk_->remove(temporary);
+  return failed;
+}
+
+std::error_code NotesFolder::writeAtomically(const std::string& target, std::string_view bytes) {
+  const auto identity = disk_->identity(target);
+  const auto mode = identity ? identity->mode : privateMode;
+  const auto prefix =
+      folderOf(target) + '/' + std::string(temporaryPrefix) + std::to_string(getpid()) + '-';
+  std::string temporary;
+  auto failed = std::make_error_code(std::errc::file_exists);
+  for (int i = 0; i < temporaryNames && failed == std::errc::file_exists; ++i) {
+    temporary = prefix + std::to_string(i);
+    failed = disk_->create(temporary, bytes, mode);
+  }
+  if (failed == std::errc::file_exists) return failed;  // none of those files is ours
+  if (!failed) failed = disk_->rename(temporary, target);
+  if (failed) (void)disk_->remove(temporary);
+  return failed;
+}
+
+std::error_code NotesFolder::sync() {
+  if (const auto failed = disk_->syncFolder(dir_)) return failed;
+  // The main file may be a link to a file that the user keeps elsewhere.
+  const auto real = folderOf(disk_->resolved(mainFile()));
+  return real == dir_ ? std::error_code{} : disk_->syncFolder(real);
+}
+
+std::error_code NotesFolder::appendToLog(std::string_view lines) {
+  return disk_->appendLines(path("removed-notes.jsonl"), lines);
+}
+
+}  // namespace zelvane

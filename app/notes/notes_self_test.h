@@ -1,0 +1,12 @@
+// Proves on this very machine that notes survive damaged files, edits and removals.
+#pragma once
+
+#include <iosfwd>
+
+namespace zelvane {
+
+/// Plays every scenario in a temporary folder and prints one line for each; true when all passed.
+/// Touches nothing else.
+bool runNotesSelfTest(std::ostream& out);
+
+}  // namespace zelvane

@@ -1,0 +1,258 @@
+#include "app/notes/notes_store.h"
+
+#include <atomic>
+#include <gmock/gmock.h>
+#include <sstream>
+
+#include "core/text.h"
+
+#include "app/notes/notes_self_test.h"
+#include "tests/support/event_counter.h"
+#include "tests/support/hooked_notes_disk.h"
+#include "tests/support/temporary_folder.h"
+
+namespace zelvane {
+namespace {
+
+using test::EventCounter;
+using test::HookedNotesDisk;
+using test::TemporaryFolder;
+using testing::HasSubstr;
+
+constexpr Seconds soon(0.001);
+constexpr Seconds never(1e6);
+
+NotesStore::Options manual(const TemporaryFolder& folder) {
+  return {.dir = folder.path("notes"), .saveDelay = never, .retryDelay = never};
+}
+
+/// The main file as a fresh store reads it.
+NotesEntry onDisk(const TemporaryFolder& folder, const std::string& id) {
+  return NotesStore({.dir = folder.path("notes"), .readOnly = true}).entry(id);
+}
+
+TEST(NotesSelfTest, PassesEveryScenario) {
+  std::ostringstream out;
+  EXPECT_TRUE(runNotesSelfTest(out)) << out.str();
+  EXPECT_THAT(out.str(), testing::StartsWith("통과 처음엔 비어 있고 문제 없음\n"));
+  EXPECT_THAT(out.str(), testing::Not(HasSubstr("실패")));
+}
+
+TEST(NotesStore, StampsChangesAndCountsEmptiedNotesAsNone) {
+  const TemporaryFolder folder;
+  auto options = manual(folder);
+  options.clock = [] { return timeAt(1731650000.5); };
+  NotesStore store(options);
+  store.setMemo("s1", " 메모 ");
+  EXPECT_EQ(store.entry("s1"), (NotesEntry{std::nullopt, " 메모 ", 1731650000.5}));
+  store.setMemo("s1", "\n");
+  EXPECT_EQ(store.entry("s1"), NotesEntry{});
+  store.setTitle("s2", "이름");
+  store.flush();
+  EXPECT_EQ(folder.read("notes/notes.json"),
+            R"({"v":1,"entries":{"s2":{"title":"이름","updated":1731650000.5}}})");
+}
+
+TEST(NotesStore, LogsWhatTheUserTookAway) {
+  struct Case {
+    const char* what;
+    std::function<void(NotesStore&)> act;
+    std::string log;
+  };
+  const std::vector<Case> cases{
+      {"title replaced", [](auto& s) { s.setTitle("s1", "새 이름"); }, ""},
+      {"title removed", [](auto& s) { s.setTitle("s1", std::nullopt); },
+       "{\"at\":5.5,\"sid\":\"s1\",\"title\":\"이름\"}\n"},
+      {"title blanked", [](auto& s) { s.setTitle("s1", " \n"); },
+       "{\"at\":5.5,\"sid\":\"s1\",\"title\":\"이름\"}\n"},
+      {"memo edit not ended", [](auto& s) { s.setMemo("s1", ""); }, ""},
+      {"only white space changed",
+       [](auto& s) {
+         s.setMemo("s1", "\n메모 ");
+         s.memoEditEnded("s1", "메모");
+       },
+       ""},
+      {"began empty", [](auto& s) { s.memoEditEnded("s1", " \n"); }, ""},
+      {"rewritten; the original to the byte",
+       [](auto& s) {
+         s.setMemo("s1", "다른 것");
+         s.memoEditEnded("s1", " 메모\n");
+       },
+       "{\"at\":5.5,\"memo\":\" 메모\\n\",\"sid\":\"s1\"}\n"},
+      {"read-only",
+       [](auto& s) {
+         s.setReadOnly();
+         s.setTitle("s1", std::nullopt);
+         s.memoEditEnded("s1", "x");
+       },
+       ""},
+  };
+  for (const auto& [what, act, log] : cases) {
+    const TemporaryFolder folder;
+    auto options = manual(folder);
+    options.clock = [] { return timeAt(5.5); };
+    NotesStore store(options);
+    store.setTitle("s1", "이름");
+    store.setMemo("s1", "메모");
+    act(store);
+    store.flush();
+    EXPECT_EQ(folder.read("notes/removed-notes.jsonl"), log) << what;
+  }
+}
+
+TEST(NotesStore, FoldsABurstIntoOneSave) {
+  const TemporaryFolder folder;
+  EventCounter saves;
+  auto options = manual(folder);
+  options.saveDelay = Seconds(0.05);
+  NotesStore store(options);
+  // Every save clears this problem, so the observer counts saves.
+  store.onProblem([&](const auto& problem) {
+    if (!problem) saves.add();
+  });
+  store.setProblem("!");
+  for (int i = 0; i < 100; ++i) store.setMemo("s1", std::to_string(i));
+  ASSERT_TRUE(saves.waitFor(1));
+  EXPECT_EQ(onDisk(folder, "s1").memo, "99");
+  // One save: there was never a main file to make a backup of.
+  EXPECT_EQ(folder.read("notes/notes.bak.json"), "");
+}
+
+TEST(NotesStore, ReportsAProblemOnlyWhenItChanges) {
+  const TemporaryFolder folder;
+  NotesStore store(manual(folder));
+  std::vector<std::optional<std::string>> told;
+  store.onProblem([&](const auto& problem) { told.push_back(problem); });
+  store.setProblem(std::nullopt);
+  store.setProblem("가");
+  store.setProblem("가");
+  store.setProblem(std::nullopt);
+  EXPECT_EQ(told, (std::vector<std::optional<std::string>>{"가", std::nullopt}));
+}
+
+TEST(NotesStore, WritesNothingWhenReadOnly) {
+  const TemporaryFolder folder;
+  folder.write("notes/notes.json", "{");
+  folder.write("notes/notes.bak.json", R"({"v":1,"entries":{"s1":{"memo":"m","updated":1}}})");
+  auto options = manual(folder);
+  options.readOnly = true;
+  {
+    NotesStore store(options);
+    EXPECT_EQ(store.entry("s1").memo, "m");
+    EXPECT_TRUE(store.problem());
+    store.setMemo("s1", "n");
+    EXPECT_EQ(store.entry("s1").memo, "n");
+  }
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder.path("notes"))) {
+    names.push_back(entry.path().filename());
+  }
+  EXPECT_THAT(names, testing::UnorderedElementsAre("notes.json", "notes.bak.json"));
+}
+
+TEST(NotesStore, NoticesWhatAnotherWrote) {
+  const TemporaryFolder folder;
+  NotesStore column(manual(folder));
+  NotesStore command(manual(folder));
+  EXPECT_FALSE(column.reloadIfChanged());
+  command.setTitle("s1", "명령으로");
+  command.setMemo("s2", "둘");
+  command.flush();
+  column.setMemo("s3", "저장 전");
+  EXPECT_TRUE(column.reloadIfChanged());
+  EXPECT_FALSE(column.reloadIfChanged());
+  EXPECT_EQ(column.entry("s1").title, "명령으로");
+  EXPECT_EQ(column.entry("s3").memo, "저장 전");
+  command.setMemo("s2", std::nullopt);
+  command.flush();
+  EXPECT_TRUE(column.reloadIfChanged());
+  EXPECT_EQ(column.entry("s2"), NotesEntry{});
+  column.flush();
+  EXPECT_EQ(onDisk(folder, "s3").memo, "저장 전");
+  EXPECT_EQ(onDisk(folder, "s1").title, "명령으로");
+  EXPECT_FALSE(column.reloadIfChanged());
+}
+
+TEST(NotesStore, ForgetsNothingWhenTheFileIsDamagedOrGone) {
+  for (const std::string damage : {"{깨짐", ""}) {
+    const TemporaryFolder folder;
+    NotesStore store(manual(folder));
+    store.setMemo("s1", "하나");
+    store.flush();
+    store.setMemo("s1", "둘");
+    store.flush();
+    const auto backup = folder.read("notes/notes.bak.json");
+    if (damage.empty()) {
+      std::filesystem::remove(folder.path("notes/notes.json"));
+    } else {
+      folder.write("notes/notes.json", damage);
+    }
+    EXPECT_FALSE(store.reloadIfChanged());
+    store.setTitle("s2", "셋");
+    store.flush();
+    EXPECT_EQ(onDisk(folder, "s1").memo, "둘") << damage;
+    EXPECT_EQ(onDisk(folder, "s2").title, "셋") << damage;
+    EXPECT_EQ(folder.read("notes/notes.bak.json"), backup) << damage;
+  }
+}
+
+TEST(NotesStore, SavesWhatIsLeftAtItsEnd) {
+  const TemporaryFolder folder;
+  { NotesStore(manual(folder)).setMemo("s1", "끝"); }
+  EXPECT_EQ(onDisk(folder, "s1").memo, "끝");
+}
+
+TEST(NotesStore, MakesNoCallerWaitForASave) {
+  const TemporaryFolder folder;
+  EventCounter writing;
+  EventCounter letGo;
+  auto options = manual(folder);
+  options.disk = std::make_shared<HookedNotesDisk>([&](const auto& call, const auto&) {
+    if (call == "create") {
+      writing.add();
+      letGo.waitFor(1);
+    }
+    return std::error_code();
+  });
+  options.saveDelay = soon;
+  NotesStore store(options);
+  store.setMemo("s1", "하나");
+  ASSERT_TRUE(writing.waitFor(1));
+  store.setMemo("s1", "둘");
+  EXPECT_EQ(store.entry("s1").memo, "둘");
+  EXPECT_TRUE(store.carry("s1", "s2"));
+  EXPECT_EQ(folder.read("notes/notes.json"), "");
+  letGo.add();
+  store.flush();
+  EXPECT_EQ(onDisk(folder, "s1").memo, "둘");
+}
+
+TEST(NotesStore, RetriesAFailedSaveUntilItSucceeds) {
+  const TemporaryFolder folder;
+  std::atomic<int> failures = 3;
+  auto options = manual(folder);
+  options.retryDelay = soon;
+  options.disk = std::make_shared<HookedNotesDisk>([&](const auto& call, const auto&) {
+    return call == "create" && failures-- > 0 ? std::make_error_code(std::errc::no_space_on_device)
+                                              : std::error_code();
+  });
+  NotesStore store(options);
+  EventCounter solved;
+  std::vector<std::string> told;
+  store.onProblem([&](const auto& problem) {
+    told.push_back(problem.value_or("none"));
+    if (!problem) solved.add();
+  });
+  store.setMemo("s1", "하나");
+  store.flush();
+  ASSERT_TRUE(solved.waitFor(1));
+  EXPECT_EQ(onDisk(folder, "s1").memo, "하나");
+  // Three times the same is one change.
+  EXPECT_EQ(
+      told,
+      (std::vector<std::string>{
+          "메모를 저장하지 못했어요. 5초 뒤 다시 시도해요 (디스크에 남은 자리가 없어요)", "none"}));
+}
+
+}  // namespace
+}  // namespace zelvane

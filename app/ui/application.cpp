@@ -1,0 +1,202 @@
+#include "app/ui/application.h"
+
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QMenu>
+#include <csignal>
+#include <thread>
+
+#include "core/run_loop.h"
+
+#include "app/model/store/samples.h"
+#include "app/ui/column/text_style.h"
+#include "app/ui/render.h"
+
+namespace zelvane {
+namespace {
+
+constexpr int pictureMaxHeight = 900;
+constexpr std::int64_t friendCount = 1;
+
+Executor mainThread() {
+  return [](std::function<void()> task) {
+    QMetaObject::invokeMethod(qApp, std::move(task), Qt::QueuedConnection);
+  };
+}
+
+std::shared_ptr<ZelvaneStore> makeStore(std::shared_ptr<UserDefaults> defaults, bool readOnly) {
+  auto options = ZelvaneStore::systemOptions(std::move(defaults), mainThread());
+  options.readOnly = readOnly;
+  return ZelvaneStore::create(std::move(options));
+}
+
+/// Ends the application's loop when the system asks the process to end.
+class QuitOnSignal {
+ public:
+  QuitOnSignal() {
+    loop_.onSignal([](int signal) {
+      if (signal == SIGWINCH) return;
+      QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+    });
+    thread_ = std::thread([this] { loop_.run(); });
+  }
+  ~QuitOnSignal() {
+    loop_.stop();
+    thread_.join();
+  }
+  QuitOnSignal(const QuitOnSignal&) = delete;
+  QuitOnSignal& operator=(const QuitOnSignal&) = delete;
+
+ private:
+  RunLoop loop_;
+  std::thread thread_;
+};
+
+std::shared_ptr<UserDefaults> standardDefaults() {
+  return std::make_shared<FileDefaults>(FileDefaults::standardPath());
+}
+
+}  // namespace
+
+bool prepareWindowSystem(const LaunchOptions& options) {
+  // With more than one screen the toolkit leaves panels and docks out of account without this.
+  qputenv("QT_RELY_ON_NET_WORKAREA_ATOM", "1");
+  if (options.renderPath) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    return true;
+  }
+  // On Wayland, too: a window can neither place itself there nor leave the focus alone.
+  const auto ours = QByteArray::fromStdString(platform::columnWindowSystem());
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", ours);
+  return qgetenv("QT_QPA_PLATFORM") != ours || platform::columnWindowSystemReachable();
+}
+
+AppDelegate::AppDelegate(LaunchOptions options)
+    : options_(std::move(options)),
+      store_(makeStore(standardDefaults(), options_.sample)),
+      panelSize_(standardDefaults(),
+                 options_.sample ? PanelSize::Mode::readOnly : PanelSize::Mode::saving) {
+  QApplication::setStyle(QStringLiteral("Fusion"));
+}
+
+AppDelegate::~AppDelegate() = default;
+
+int AppDelegate::run() {
+  if (options_.renderPath) return renderAndExit(*options_.renderPath);
+  const QuitOnSignal quitOnSignal;
+  openPanel();
+  fillOrStart();
+  return QApplication::exec();
+}
+
+ColumnView::Options AppDelegate::viewOptions() const {
+  return {.maxHeight = pictureMaxHeight,
+          .dark = options_.dark || darkPalette(),
+          .liveClock = !qEnvironmentVariableIsSet("ZELVANE_NOCLOCK")};
+}
+
+int AppDelegate::renderAndExit(const std::string& path) {
+  store_->setReadOnly();
+  if (options_.theme) store_->setTheme(*options_.theme);
+  if (options_.showcase) {
+    store_->showSamples(showcaseRows(friendCount, systemTime()));
+  } else {
+    // Time for the first pass, and for what it reads, to come to its end.
+    constexpr std::chrono::seconds patience(3);
+    store_->start();
+    QTimer::singleShot(patience, qApp, &QCoreApplication::quit);
+    QApplication::exec();
+  }
+  // That it cannot be written is nobody's business here: the caller sees that there is no file.
+  columnPicture(store_, panelSize_, viewOptions(), options_.width)
+      .save(QString::fromStdString(path), "PNG");
+  return 0;
+}
+
+void AppDelegate::openPanel() {
+  panel_ = std::make_unique<ColumnPanel>(panelSize_,
+                                         [this](bool visible) { store_->setVisible(visible); });
+  appearance_ = std::make_unique<Appearance>([this](bool dark) { view_->setDark(dark); });
+  auto options = viewOptions();
+  options.dark = appearance_->dark();
+  const auto screen = usableScreen();
+  if (screen) options.maxHeight = availableHeight(*screen);
+  view_ = new ColumnView(store_, panelSize_, std::move(options),
+                         {.onHeight = [this](int height) { panel_->setContentHeight(height); },
+                          .menuWanted = [this](QPoint point) { showMenu(point); }});
+  panel_->setContent(view_);
+  panel_->setAnchor(store_->anchorTop() ? Anchor::top : Anchor::bottom);
+  panel_->appear();
+  screens_ = std::make_unique<ScreenWatch>([this] { screensChanged(); });
+  store_->observe([this](ZelvaneStore::Change change) { storeChanged(change); });
+}
+
+void AppDelegate::fillOrStart() {
+  if (options_.demo) {
+    store_->showSamples(demoRows(*options_.demo, friendCount, systemTime()));
+  } else {
+    store_->start();
+  }
+}
+
+void AppDelegate::storeChanged(ZelvaneStore::Change change) {
+  using Change = ZelvaneStore::Change;
+  if (change == Change::passed) panel_->lookAround();
+  if (change == Change::passed || change == Change::sessions || change == Change::visible) {
+    panel_->setLooksOften(store_->clockNeeded());
+  }
+}
+
+void AppDelegate::screensChanged() {
+  const auto screen = usableScreen();
+  if (!screen) return;
+  view_->setMaxHeight(availableHeight(*screen));
+  panel_->place();
+}
+
+void AppDelegate::showMenu(QPoint point) {
+  auto* menu = new QMenu(panel_.get());
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  styleMenu(*menu, view_->theme());
+  for (const auto& item : panelMenu({.theme = store_->theme(),
+                          .anchor = store_->anchorTop() ? Anchor::top : Anchor::bottom,
+                          .customSize = panelSize_.custom()})) {
+    if (item.separator()) {
+      menu->addSeparator();
+      continue;
+    }
+    QAction* action = menu->addAction(QString::fromStdString(item.title));
+    action->setEnabled(item.enabled);
+    action->setCheckable(item.checkable);
+    action->setChecked(item.checked);
+    QObject::connect(action, &QAction::triggered, panel_.get(),
+                     [this, command = item.command] { perform(command); });
+  }
+  menu->popup(point);
+}
+
+void AppDelegate::perform(MenuCommand command) {
+  if (const auto theme = pickedTheme(command)) store_->setTheme(*theme);
+  switch (command) {
+    case MenuCommand::anchorTop:
+      return anchor(Anchor::top);
+    case MenuCommand::anchorBottom:
+      return anchor(Anchor::bottom);
+    case MenuCommand::refresh:
+      return store_->refreshNow();
+    case MenuCommand::quit:
+      return QApplication::quit();
+    case MenuCommand::resetSize:
+      panelSize_.set({});
+      view_->refresh();
+      return panel_->place();
+    default:
+      return;
+  }
+}
+
+void AppDelegate::anchor(Anchor anchor) {
+  store_->setAnchorTop(anchor == Anchor::top);
+  panel_->setAnchor(anchor);
+}
+
+}  // namespace zelvane

@@ -1,0 +1,173 @@
+#include "app/ui/column/column_view.h"
+
+#include <QtCore/QPointer>
+#include <QtGui/QPainter>
+#include <QtGui/QPainterPath>
+#include <QtGui/QRegion>
+#include <QtWidgets/QMenu>
+#include <algorithm>
+
+#include "core/localization.h"
+
+#include "app/ui/column/column_shape.h"
+#include "app/ui/column/text_style.h"
+
+namespace zelvane {
+namespace {
+
+constexpr int problemPixels = 11, problemPadding = 14;
+
+}  // namespace
+
+ColumnView::ColumnView(std::shared_ptr<ZelvaneStore> store, const PanelSize& panelSize,
+                       Options options, Callbacks callbacks)
+    : store_(std::move(store)),
+      panelSize_(panelSize),
+      options_(std::move(options)),
+      callbacks_(std::move(callbacks)),
+      header_(this, callbacks_.menuWanted),
+      scroll_(this),
+      rows_(new RowsBlock(nullptr, {.tapped = [this](const auto& session) { tapped(session); },
+                                    .menuWanted = [this](const auto& session,
+                                                         QPoint p) { showRowMenu(session, p); }})),
+      ticker_([this] { rows_->showTimes(options_.clock()); }) {
+  scroll_.setFrameShape(QFrame::NoFrame);
+  scroll_.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  scroll_.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  scroll_.setFocusPolicy(Qt::NoFocus);
+  scroll_.setWidget(rows_);
+  // Both fill themselves by default, and would hide the rounded ground.
+  scroll_.viewport()->setAutoFillBackground(false);
+  rows_->setAutoFillBackground(false);
+  store_->observe([view = QPointer<ColumnView>(this)](ZelvaneStore::Change change) {
+    if (view) view->storeChanged(change);
+  });
+  refresh();
+}
+
+ThemeSpec ColumnView::theme() const { return ThemeSpec::of(store_->theme(), options_.dark); }
+
+void ColumnView::setDark(bool dark) {
+  options_.dark = dark;
+  refresh();
+}
+
+void ColumnView::setMaxHeight(int maxHeight) {
+  options_.maxHeight = maxHeight;
+  refresh();
+}
+
+void ColumnView::storeChanged(ZelvaneStore::Change change) {
+  using Change = ZelvaneStore::Change;
+  switch (change) {
+    case Change::sessions:
+    case Change::notesProblem:
+    case Change::theme:
+    case Change::anchorTop:
+    case Change::passed:  // elapsed times move on
+      refresh();
+      break;
+    case Change::visible:
+      ticker_.setRunning(options_.liveClock && store_->clockNeeded());
+      if (store_->visible()) refresh();
+      break;
+    default:
+      break;
+  }
+}
+
+void ColumnView::refresh() {
+  const auto colors = theme();
+  const auto& sessions = store_->sessions();
+  header_.setTexts(headerTexts(sessions), colors);
+  rows_->setPlan(
+      columnPlan(sessions, expanded_,
+                 {.theme = colors, .now = options_.clock(), .liveClock = options_.liveClock}),
+      colors, width());
+  ticker_.setRunning(options_.liveClock && store_->clockNeeded());
+  place();
+  update();
+  reportHeight();
+}
+
+/// The content keeps to the edge that the column is anchored to while the panel changes its height.
+void ColumnView::place() {
+  const int chrome = header_.wantedHeight() + problemHeight();
+  const int cap = heightLimit(panelSize_.chosen(), options_.maxHeight);
+  const int rowsHeight = std::max(1, std::min(cap - chrome, rows_->wantedHeight()));
+  int y = store_->anchorTop() ? 0 : height() - chrome - rowsHeight;
+  header_.setGeometry(0, y, width(), header_.wantedHeight());
+  y += chrome;
+  scroll_.setGeometry(0, y, width(), rowsHeight);
+  rows_->resize(width(), rows_->wantedHeight());
+  // Bands may be scrolled to the very bottom, where the column is round.
+  scroll_.setMask(roundedAtBottom(scroll_.rect()));
+}
+
+void ColumnView::reportHeight() {
+  const int wanted = header_.wantedHeight() + problemHeight() + rows_->wantedHeight();
+  if (std::exchange(contentHeight_, wanted) != wanted) callbacks_.onHeight(wanted);
+}
+
+void ColumnView::resizeEvent(QResizeEvent* event) {
+  if (event->size().width() != event->oldSize().width()) {
+    refresh();
+  } else {
+    place();
+  }
+}
+
+QStringList ColumnView::problemLines() const {
+  if (!store_->notesProblem()) return {};
+  return wrapped(*store_->notesProblem(), columnFont(problemPixels, Weight::semibold),
+                 width() - 2 * problemPadding);
+}
+
+int ColumnView::problemHeight() const {
+  const auto lines = static_cast<int>(problemLines().size());
+  return lines == 0 ? 0 : problemPadding + lines * lineHeight(problemPixels);
+}
+
+void ColumnView::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  const auto colors = theme();
+  paintColumnGround(painter, rect(), colors);
+  painter.setPen(toColor(colors.wait));
+  painter.setFont(columnFont(problemPixels, Weight::semibold));
+  int y = header_.geometry().bottom() + 1 + problemPadding;
+  for (const auto& line : problemLines()) {
+    painter.drawText(QPointF(problemPadding, y + baselineOffset(problemPixels)), line);
+    y += lineHeight(problemPixels);
+  }
+}
+
+/// At most one row is open: opening another closes the first.
+void ColumnView::tapped(const ZelvaneSession& session) {
+  if (expanded_ == session.id) {
+    expanded_.reset();
+  } else {
+    expanded_ = session.id;
+  }
+  refresh();
+}
+
+void ColumnView::showRowMenu(const ZelvaneSession& session, QPoint point) {
+  auto* menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  styleMenu(*menu, theme());
+  const auto add = [&](const std::string& title, std::function<void()> action) {
+    QObject::connect(menu->addAction(QString::fromStdString(title)), &QAction::triggered, this,
+                     std::move(action));
+  };
+  add(session.pinned ? L("집중 고정 풀기") : L("집중 고정"),
+      [store = store_, session] { store->togglePin(session); });
+  if (session.state == ZelvaneState::done) {
+    add(L("확인한 것으로 표시"), [store = store_, id = session.id] {
+      store->ack(id);
+      store->refreshNow();
+    });
+  }
+  menu->popup(point);
+}
+
+}  // namespace zelvane

@@ -1,0 +1,70 @@
+// The whole content of the panel: header, messages, rows. Draws what the store publishes and hands
+// every wish of the user on. Main thread.
+#pragma once
+
+#include <QtWidgets/QScrollArea>
+#include <QtWidgets/QWidget>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "app/model/store/store.h"
+#include "app/ui/column/header.h"
+#include "app/ui/column/rows_block.h"
+#include "app/ui/column/second_ticker.h"
+#include "app/ui/panel/panel_size.h"
+
+namespace zelvane {
+
+class ColumnView : public QWidget {
+ public:
+  struct Options {
+    Clock clock = systemTime;
+    int maxHeight = 0;      ///< of the whole column on the present screen
+    bool dark = false;      ///< the system's appearance
+    bool liveClock = true;  ///< working times run by the second
+  };
+  struct Callbacks {
+    std::function<void(int)> onHeight;       ///< the content's height changed
+    std::function<void(QPoint)> menuWanted;  ///< at a point on the screen
+  };
+
+  ColumnView(std::shared_ptr<ZelvaneStore> store, const PanelSize& panelSize, Options options,
+             Callbacks callbacks);
+
+  void setDark(bool dark);
+  void setMaxHeight(int maxHeight);
+  /// The height that the whole content wants.
+  int contentHeight() const { return contentHeight_; }
+  ThemeSpec theme() const;
+  /// Draws what is published now.
+  void refresh();
+
+ protected:
+  void paintEvent(QPaintEvent*) override;
+  void resizeEvent(QResizeEvent*) override;
+
+ private:
+  void storeChanged(ZelvaneStore::Change change);
+  void tapped(const ZelvaneSession& session);
+  void showRowMenu(const ZelvaneSession& session, QPoint point);
+  void place();
+  void reportHeight();
+  int problemHeight() const;
+  QStringList problemLines() const;
+
+  std::shared_ptr<ZelvaneStore> store_;
+  const PanelSize& panelSize_;
+  Options options_;
+  Callbacks callbacks_;
+  std::optional<std::string> expanded_;  ///< id of the row that the user opened
+  int contentHeight_ = 0;
+
+  Header header_;
+  QScrollArea scroll_;
+  RowsBlock* rows_;  ///< owned by the scroll area
+  SecondTicker ticker_;
+};
+
+}  // namespace zelvane

@@ -1,0 +1,196 @@
+#include "app/ui/column/column_view.h"
+
+#include <QtGui/QWindow>
+#include <QtTest/QTest>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <set>
+
+#include "app/model/store/samples.h"
+#include "app/ui/panel/column_panel.h"
+#include "app/ui/render.h"
+
+namespace zelvane {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr Time now = timeAt(1'000'000'000);
+
+std::shared_ptr<ZelvaneStore> storeWith(std::vector<ZelvaneSession> rows) {
+  ZelvaneStore::Options options;
+  options.defaults = std::make_shared<MemoryDefaults>();
+  options.mainThread = [](std::function<void()>) {};
+  options.clock = [] { return now; };
+  auto store = ZelvaneStore::create(std::move(options));
+  store->showSamples(std::move(rows));
+  return store;
+}
+
+/// The column in its panel, off screen.
+struct Column {
+  explicit Column(std::vector<ZelvaneSession> rows) : store(storeWith(std::move(rows))) {
+    view = new ColumnView(store, size, {.clock = [this] { return time; }, .maxHeight = 700},
+                          {.onHeight = [this](int height) { panel.setContentHeight(height); },
+                           .menuWanted = [this](QPoint) { ++menus; }});
+    panel.setContent(view);
+    panel.appear();
+    panel.setContentHeight(view->contentHeight());
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&panel));
+  }
+
+  std::vector<RowWidget*> rows() const {
+    std::vector<RowWidget*> found;
+    for (auto* row : panel.findChildren<QWidget*>()) {
+      auto* typed = dynamic_cast<RowWidget*>(row);
+      if (typed && !typed->isHidden()) found.push_back(typed);
+    }
+    std::sort(found.begin(), found.end(),
+              [](auto* one, auto* other) { return one->y() < other->y(); });
+    return found;
+  }
+  std::string sizes() const {
+    std::string text;
+    for (const auto* row : rows()) text += row->view().size == RowSize::big ? "B" : "s";
+    return text;
+  }
+  void click(std::size_t row) {
+    auto* widget = rows().at(row);
+    QTest::mouseClick(panel.windowHandle(), Qt::LeftButton, {},
+                      widget->mapTo(&panel, widget->rect().center()));
+  }
+
+  std::shared_ptr<ZelvaneStore> store;
+  PanelSize size{std::make_shared<MemoryDefaults>(), PanelSize::Mode::readOnly};
+  Time time = now;
+  int menus = 0;
+  ColumnPanel panel{size, [](bool) {}};
+  ColumnView* view = nullptr;
+};
+
+TEST(ColumnView, ATapOpensOneRowAtATimeAndClosesItAgain) {
+  Column column(demoRows(3, 1, now));
+  EXPECT_EQ(column.sizes(), "sss");
+  column.click(1);
+  EXPECT_EQ(column.sizes(), "sBs");
+  column.click(0);
+  EXPECT_EQ(column.sizes(), "Bss");
+  column.click(0);
+  EXPECT_EQ(column.sizes(), "sss");
+}
+
+TEST(ColumnView, WaitingAndPinnedRowsStayBig) {
+  auto rows = showcaseRows(1, now);
+  rows[1].pinned = true;
+  Column column(rows);
+  EXPECT_EQ(column.sizes(), "BBsss");
+  column.click(0);
+  column.click(1);
+  EXPECT_EQ(column.sizes(), "BBsss");
+}
+
+TEST(ColumnView, NothingInItTakesTheKeys) {
+  Column column(showcaseRows(1, now));
+  EXPECT_TRUE(column.panel.windowHandle()->flags() & Qt::WindowDoesNotAcceptFocus);
+  for (const auto* widget : column.panel.findChildren<QWidget*>()) {
+    EXPECT_EQ(widget->focusPolicy(), Qt::NoFocus) << widget->accessibleName().toStdString();
+  }
+}
+
+TEST(ColumnView, RowsKeepTheirWidgetsAndTellTheirNames) {
+  Column column(showcaseRows(1, now));
+  const auto before = column.rows();
+  EXPECT_EQ(before.front()->accessibleName(),
+            "결제 웹훅 재시도, 확인 필요, 명령 실행 허락을 기다려요");
+  auto rows = showcaseRows(1, now);
+  std::swap(rows[1], rows[2]);
+  rows.pop_back();
+  column.store->showSamples(rows);
+  EXPECT_THAT(column.rows(), ElementsAre(before[0], before[2], before[1], before[3]));
+}
+
+TEST(ColumnView, TwoProcessesOfOneSessionHaveARowEach) {
+  auto rows = demoRows(2, 1, now);
+  rows[1].id = rows[0].id;
+  rows[1].pid = 7;
+  EXPECT_EQ(Column(rows).rows().size(), 2u);
+  rows[1].pid = rows[0].pid;
+  EXPECT_EQ(Column(rows).rows().size(), 2u);
+}
+
+TEST(ColumnView, ThePanelFollowsTheContentAndScrollsBeyondTheScreen) {
+  Column column(demoRows(2, 1, now));
+  EXPECT_EQ(column.panel.height(), column.view->contentHeight());
+  column.store->showSamples(demoRows(60, 1, now));
+  EXPECT_GT(column.view->contentHeight(), 2000);
+  auto* scroll = column.view->findChild<QScrollArea*>();
+  EXPECT_LE(scroll->geometry().bottom(), 700);
+  EXPECT_LT(scroll->height(), scroll->widget()->height());
+}
+
+TEST(ColumnView, OnlyTheClockRunsOnBetweenPasses) {
+  Column column(showcaseRows(1, now));
+  column.time += Seconds(5);
+  const auto rows = column.rows();
+  for (auto* row : rows) row->showTime(column.time);
+  EXPECT_EQ(rows[0]->view().time.text, "2분째");
+  EXPECT_EQ(rows[1]->view().time.text, "6:05");
+  EXPECT_EQ(rows[3]->view().time.text, "완료");
+}
+
+TEST(ColumnView, TheMenuButtonAsksForTheMenu) {
+  Column column(demoRows(1, 1, now));
+  auto* button = column.panel.findChild<QAbstractButton*>();
+  QTest::mouseClick(column.panel.windowHandle(), Qt::LeftButton, {},
+                    button->mapTo(&column.panel, button->rect().center()));
+  EXPECT_EQ(column.menus, 1);
+}
+
+TEST(Header, DropsTextsThatDoNotFit) {
+  Header header(nullptr, [](QPoint) {});
+  header.setTexts({"Zelvane", "탭 5", "확인 필요 1", "완료 1"}, ThemeSpec::of(ThemeID::c, false));
+  header.resize(284, 38);
+  EXPECT_THAT(header.shownTexts(), ElementsAre("Zelvane", "탭 5", "확인 필요 1", "완료 1"));
+  header.resize(240, 38);
+  EXPECT_THAT(header.shownTexts(), ElementsAre("Zelvane", "확인 필요 1", "완료 1"));
+  header.resize(150, 38);
+  EXPECT_THAT(header.shownTexts(), ElementsAre("확인 필요 1"));
+}
+
+class Picture : public testing::TestWithParam<ThemeID> {};
+
+/// The ground is the theme's, the corners are clear, and there is much to see.
+TEST_P(Picture, ShowsTheColumnInItsTheme) {
+  const auto store = storeWith(showcaseRows(1, now));
+  store->setTheme(GetParam());
+  const PanelSize size(std::make_shared<MemoryDefaults>(), PanelSize::Mode::readOnly);
+  for (const bool dark : {false, true}) {
+    const QImage picture = columnPicture(
+        store, size, {.clock = [] { return now; }, .maxHeight = 900, .dark = dark}, 300);
+    EXPECT_EQ(picture.width(), 2 * (300 + 16));
+    EXPECT_EQ(picture.pixelColor(0, 0).alpha(), 0);
+    EXPECT_EQ(picture.pixelColor(17, 17).alpha(), 0);  // outside of the round corner
+    const Rgb ground = ThemeSpec::of(GetParam(), dark).bg;
+    EXPECT_EQ(picture.pixelColor(316, 24), QColor(ground.red, ground.green, ground.blue));
+    std::set<QRgb> colors;
+    for (int y = 0; y < picture.height(); ++y) {
+      for (int x = 0; x < picture.width(); ++x) colors.insert(picture.pixel(x, y));
+    }
+    EXPECT_GT(colors.size(), 100u);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Themes, Picture, testing::ValuesIn(allThemes));
+
+TEST(Picture, OfAnEmptyColumnIsAsHighAsItsText) {
+  const PanelSize size(std::make_shared<MemoryDefaults>(), PanelSize::Mode::readOnly);
+  ColumnView view(storeWith({}), size, {.clock = [] { return now; }, .maxHeight = 900},
+                  {[](int) {}, [](QPoint) {}});
+  view.resize(300, 100);
+  view.refresh();
+  EXPECT_GT(view.contentHeight(), 60);
+  EXPECT_LT(view.contentHeight(), 110);
+}
+
+}  // namespace
+}  // namespace zelvane

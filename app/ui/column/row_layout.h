@@ -1,0 +1,39 @@
+// Where everything in a row lies, so that painting only paints.
+#pragma once
+
+#include <QtCore/QPoint>
+#include <QtCore/QRect>
+#include <QtGui/QColor>
+#include <QtGui/QFont>
+#include <vector>
+
+#include "app/ui/column/row_view.h"
+
+namespace zelvane {
+
+/// A text on one line, cut to fit.
+struct PlacedText {
+  QString text;
+  QFont font;
+  QColor color;
+  QRect box;
+  int baseline = 0;  ///< y of the baseline
+};
+
+struct RowLayout {
+  int height = 0;
+  std::vector<PlacedText> texts;  ///< without the time
+  QRect character;                ///< the place of the row's character
+  PlacedText time;
+  QRect noteSymbol;  ///< empty without a memo, and in a big row
+  QRect memoGround;  ///< of a big row's memo
+  QRect progressTrack;
+};
+
+/// Lays the row out in the width.
+RowLayout rowLayout(const RowView& view, int width);
+
+/// The working time of a small row, placed anew when its text changed.
+PlacedText placedTime(const RowView& view, int width, int rowHeight);
+
+}  // namespace zelvane

@@ -1,0 +1,85 @@
+#include "app/ui/column/row_layout.h"
+
+#include <QtGui/QFontMetricsF>
+#include <gtest/gtest.h>
+
+namespace zelvane {
+namespace {
+
+ZelvaneSession fullSession(const std::string& text) {
+  ZelvaneSession session;
+  session.id = "s";
+  session.title = session.subtitle = text;
+  session.memo = text;
+  session.model = text;
+  session.state = ZelvaneState::agents;
+  session.since = timeAt(0);
+  session.progress = {123, 456};
+  return session;
+}
+
+std::string repeated(const std::string& text, int times) {
+  std::string all;
+  for (int i = 0; i < times; ++i) all += text;
+  return all;
+}
+
+/// Whatever the texts are, nothing leaves the row or lies on something else.
+TEST(RowLayout, NothingOverlapsWhateverTheTexts) {
+  const std::string texts[]{
+      "짧은 제목",
+      repeated("아주 긴 한글 제목 ", 500),
+      repeated("Donaudampfschifffahrtsgesellschaft", 100),
+      repeated("👩‍👩‍👧‍👦🏳️‍🌈", 100),
+      repeated("שלום עולם مرحبا ", 50),
+      "\xe2\x80\xae"
+      "reversed",
+      repeated("\n", 30),
+  };
+  for (const auto& text : texts) {
+    for (const int width : {280, 480}) {
+      for (const bool pinned : {false, true}) {
+        auto session = fullSession(text);
+        session.pinned = pinned;
+        const auto layout = rowLayout(rowView(session, {.now = timeAt(9e9)}), width);
+        const QRect row(0, 0, width, layout.height);
+        std::vector<QRect> boxes{layout.character};
+        for (const auto& placed : layout.texts) {
+          boxes.push_back(placed.box);
+          EXPECT_LE(QFontMetricsF(placed.font).horizontalAdvance(placed.text),
+                    placed.box.width() + 1);
+        }
+        for (const QRect& box : {layout.time.box, layout.noteSymbol, layout.progressTrack}) {
+          if (!box.isEmpty()) boxes.push_back(box);
+        }
+        for (std::size_t i = 0; i < boxes.size(); ++i) {
+          EXPECT_TRUE(row.contains(boxes[i])) << text.substr(0, 40) << " box " << i;
+          for (std::size_t j = 0; j < i; ++j) {
+            EXPECT_FALSE(boxes[i].intersects(boxes[j])) << text.substr(0, 40) << i << " " << j;
+          }
+        }
+      }
+    }
+  }
+}
+
+TEST(RowLayout, LongTextsAreCutAndTheTimeStaysWhole) {
+  auto session = fullSession(repeated("긴 제목 ", 40));
+  session.progress.reset();
+  const auto layout = rowLayout(rowView(session, {.now = timeAt(3605)}), 280);
+  EXPECT_TRUE(layout.texts.front().text.endsWith(QChar(0x2026)));
+  EXPECT_EQ(layout.time.text, "1:00:05");
+}
+
+/// A running clock must not move what stands beside it.
+TEST(RowLayout, TheClockKeepsItsPlaceWhileDigitsChange) {
+  auto session = fullSession(repeated("긴 제목 ", 40));
+  session.progress.reset();
+  const auto early = rowLayout(rowView(session, {.now = timeAt(1)}), 280);
+  const auto late = rowLayout(rowView(session, {.now = timeAt(3599)}), 280);
+  EXPECT_EQ(early.texts.front().text, late.texts.front().text);
+  EXPECT_EQ(early.height, late.height);
+}
+
+}  // namespace
+}  // namespace zelvane

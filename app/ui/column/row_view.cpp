@@ -1,0 +1,129 @@
+#include "app/ui/column/row_view.h"
+
+#include <algorithm>
+
+#include "core/localization.h"
+#include "core/text.h"
+
+#include "app/model/records/row_text.h"
+
+namespace zelvane {
+namespace {
+
+constexpr double pastOpacity = 0.55;
+constexpr double clockOpacity = 0.55;
+constexpr double modelOpacity = 0.7;
+
+/// Idle since before today.
+bool isPast(const ZelvaneSession& session) {
+  return session.state == ZelvaneState::idle && !session.today;
+}
+
+StateDot stateDot(ZelvaneState state, const ThemeSpec& theme) {
+  switch (state) {
+    case ZelvaneState::waiting:
+      return {theme.wait};
+    case ZelvaneState::working:
+      return {theme.fg};
+    case ZelvaneState::agents:
+      return {theme.sub};
+    case ZelvaneState::done:
+      return {theme.done};
+    case ZelvaneState::idle:
+      break;
+  }
+  return {theme.sub, true};
+}
+
+RowText elapsed(const ZelvaneSession& session, const RowContext& context) {
+  return {elapsedText(session.since, session.ongoing(), context.now), context.theme.sub};
+}
+
+/// The time column of a small row.
+void addTime(RowView& view, const ZelvaneSession& session, const RowContext& context) {
+  const auto& theme = context.theme;
+  const bool runs = session.state == ZelvaneState::working || session.state == ZelvaneState::agents;
+  if (session.progress) {
+    view.time = {progressText(*session.progress), theme.sub};
+  } else if (runs && session.since && context.liveClock) {
+    view.liveSince = session.since;
+    view.time = {workingTime(context.now - *session.since), theme.fg, Weight::regular,
+                 clockOpacity};
+  } else if (session.state == ZelvaneState::done) {
+    view.time = {L("완료"), theme.done, Weight::semibold};
+  } else {
+    view.time = elapsed(session, context);
+  }
+}
+
+void fillSmall(RowView& view, const ZelvaneSession& session, const RowContext& context) {
+  const auto& theme = context.theme;
+  view.opacity = isPast(session) ? pastOpacity : 1;
+  view.title.weight = Weight::semibold;
+  view.subtitle.color = theme.sub;
+  if (session.state == ZelvaneState::agents) {
+    view.label = {"Background", theme.sub, Weight::semibold};
+  }
+  addTime(view, session, context);
+}
+
+RowText modelAndEffort(const ZelvaneSession& session, const ThemeSpec& theme) {
+  std::string text = session.model;
+  if (!session.effort.empty()) text += " / " + effortName(session.effort);
+  return {oneLine(text), theme.fg, Weight::medium, modelOpacity};
+}
+
+void fillBig(RowView& view, const ZelvaneSession& session, const RowContext& context) {
+  const auto& theme = context.theme;
+  const bool waits = session.state == ZelvaneState::waiting;
+  view.tappable = !waits && !session.pinned;
+  view.dotOpacity = isPast(session) ? pastOpacity : 1;
+  if (session.pinned) view.tag = {L("고정"), theme.sub, Weight::semibold};
+  view.title.weight = Weight::bold;
+  view.subtitle.color = waits ? theme.wait : theme.sub;
+  view.subtitle.weight = waits ? Weight::semibold : Weight::regular;
+  view.model = modelAndEffort(session, theme);
+  const Rgb statusColor = waits                                 ? theme.wait
+                          : session.state == ZelvaneState::done ? theme.done
+                                                                : theme.sub;
+  view.status = {stateLabel(session.state), statusColor, Weight::bold};
+  view.progress = session.progress;
+  view.time = elapsed(session, context);
+}
+
+std::string spokenName(const ZelvaneSession& session) {
+  std::string name = oneLine(session.title) + ", " + stateLabel(session.state);
+  if (!session.subtitle.empty()) name += ", " + oneLine(session.subtitle);
+  return name;
+}
+
+}  // namespace
+
+RowView rowView(const ZelvaneSession& session, const RowContext& context) {
+  RowView view;
+  const bool big = session.pinned || session.state == ZelvaneState::waiting || context.expanded;
+  view.size = big ? RowSize::big : RowSize::small;
+  view.dot = stateDot(session.state, context.theme);
+  view.title = {oneLine(session.title), context.theme.fg};
+  view.subtitle = {oneLine(session.subtitle), context.theme.sub};
+  view.memo = {session.memo.value_or(""), context.theme.fg};
+  view.line = context.theme.line;
+  view.accessibleName = spokenName(session);
+  if (big) {
+    fillBig(view, session, context);
+  } else {
+    fillSmall(view, session, context);
+  }
+  return view;
+}
+
+std::string progressText(const ZelvaneSession::Progress& progress) {
+  return LF("%d/%d", {progress.done, progress.total});
+}
+
+double progressShare(const ZelvaneSession::Progress& progress) {
+  const auto total = static_cast<double>(std::max<std::int64_t>(progress.total, 1));
+  return std::clamp(static_cast<double>(progress.done) / total, 0.0, 1.0);
+}
+
+}  // namespace zelvane

@@ -1,0 +1,70 @@
+// What one row shows: texts, colours and flags, all decided. Pure, without the toolkit.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/model/records/session.h"
+#include "app/ui/theme.h"
+
+namespace zelvane {
+
+enum class RowSize { small, big };
+enum class Weight { regular, medium, semibold, bold };
+
+/// A text as it is drawn; an empty one is left out.
+struct RowText {
+  std::string text;
+  Rgb color;
+  Weight weight = Weight::regular;
+  double opacity = 1;
+  bool operator==(const RowText&) const = default;
+};
+
+/// Shows the state at a glance, in the character's place.
+struct StateDot {
+  Rgb color;
+  bool hollow = false;
+  bool operator==(const StateDot&) const = default;
+};
+
+struct RowView {
+  RowSize size = RowSize::small;
+  bool tappable = true;  ///< a tap opens or closes the row
+  double opacity = 1;    ///< of the whole row
+  StateDot dot;
+  double dotOpacity = 1;
+  RowText tag;  ///< in front of the title
+  RowText title;
+  RowText label;  ///< in front of the subtitle
+  RowText subtitle;
+  RowText memo;  ///< a small row shows a symbol for it
+  RowText model;
+  RowText status;
+  std::optional<ZelvaneSession::Progress> progress;
+  RowText time;                   ///< since when; at the trailing end of a small row
+  std::optional<Time> liveSince;  ///< `time` is the working time since then
+  Rgb line;                       ///< grounds and tracks
+  std::string accessibleName;
+
+  bool operator==(const RowView&) const = default;
+};
+
+/// What a row's look depends on besides its session.
+struct RowContext {
+  ThemeSpec theme;
+  Time now;
+  bool expanded = false;  ///< the user opened the row
+  bool liveClock = true;  ///< working times run by the second
+};
+
+RowView rowView(const ZelvaneSession& session, const RowContext& context);
+
+/// The to-do count of a row, as 3/7.
+std::string progressText(const ZelvaneSession::Progress& progress);
+
+/// The filled part of a to-do bar, 0 to 1.
+double progressShare(const ZelvaneSession::Progress& progress);
+
+}  // namespace zelvane

@@ -1,0 +1,136 @@
+#include "app/ui/column/row_view.h"
+
+#include <gtest/gtest.h>
+
+namespace zelvane {
+namespace {
+
+using State = ZelvaneState;
+
+const ThemeSpec theme = ThemeSpec::of(ThemeID::c, false);
+constexpr Time now = timeAt(1'000'000);
+
+ZelvaneSession session(State state, double secondsAgo = 125) {
+  ZelvaneSession session;
+  session.id = "s";
+  session.title = "제목";
+  session.state = state;
+  session.since = now - Seconds(secondsAgo);
+  session.today = true;
+  return session;
+}
+
+RowView viewOf(const ZelvaneSession& of, bool expanded = false, bool liveClock = true) {
+  return rowView(of, {theme, now, expanded, liveClock});
+}
+
+TEST(RowView, SizeAndTapFollowPinsStateAndWish) {
+  struct Case {
+    State state;
+    bool pinned, expanded;
+    RowSize size;
+    bool tappable;
+  };
+  const Case cases[]{
+      {State::working, false, false, RowSize::small, true},
+      {State::working, false, true, RowSize::big, true},
+      {State::idle, true, false, RowSize::big, false},
+      {State::idle, true, true, RowSize::big, false},
+      {State::waiting, false, false, RowSize::big, false},
+  };
+  for (const auto& [state, pinned, expanded, size, tappable] : cases) {
+    auto row = session(state);
+    row.pinned = pinned;
+    const auto view = viewOf(row, expanded);
+    EXPECT_EQ(view.size, size);
+    EXPECT_EQ(view.tappable, tappable);
+    EXPECT_EQ(view.tag.text, pinned ? "고정" : "");
+  }
+}
+
+TEST(RowView, TimeOfASmallRowIsTheFirstThatApplies) {
+  auto withProgress = session(State::working);
+  withProgress.progress = {3, 7};
+  auto timeless = session(State::working);
+  timeless.since.reset();
+  struct Case {
+    ZelvaneSession row;
+    bool liveClock;
+    std::string text;
+    bool live;
+    Rgb color;
+  };
+  const Case cases[]{
+      {withProgress, true, "3/7", false, theme.sub},
+      {session(State::working), true, "2:05", true, theme.fg},
+      {session(State::agents), true, "2:05", true, theme.fg},
+      {session(State::working), false, "2분째", false, theme.sub},
+      {timeless, true, "", false, theme.sub},
+      {session(State::done), true, "완료", false, theme.done},
+      {session(State::idle), true, "2분 전", false, theme.sub},
+  };
+  for (const auto& [row, liveClock, text, live, color] : cases) {
+    const auto view = viewOf(row, false, liveClock);
+    EXPECT_EQ(view.time.text, text);
+    EXPECT_EQ(view.liveSince.has_value(), live) << text;
+    EXPECT_EQ(view.time.color, color) << text;
+  }
+}
+
+TEST(RowView, StatusAndSubtitleOfABigRowFollowTheState) {
+  struct Case {
+    State state;
+    const char* status;
+    Rgb statusColor, subtitleColor, dot;
+    bool hollow;
+  };
+  const Case cases[]{
+      {State::waiting, "확인 필요", theme.wait, theme.wait, theme.wait, false},
+      {State::working, "작업 중", theme.sub, theme.sub, theme.fg, false},
+      {State::agents, "뒤에서 작업 중", theme.sub, theme.sub, theme.sub, false},
+      {State::done, "완료", theme.done, theme.sub, theme.done, false},
+      {State::idle, "쉬는 중", theme.sub, theme.sub, theme.sub, true},
+  };
+  for (const auto& [state, status, statusColor, subtitleColor, dot, hollow] : cases) {
+    const auto view = viewOf(session(state), true);
+    EXPECT_EQ(view.status, (RowText{status, statusColor, Weight::bold}));
+    EXPECT_EQ(view.subtitle.color, subtitleColor) << status;
+    EXPECT_EQ(view.dot, (StateDot{dot, hollow})) << status;
+    EXPECT_EQ(view.time.text, state == State::done || state == State::idle ? "2분 전" : "2분째");
+  }
+}
+
+TEST(RowView, OnlyAnIdleRowFromBeforeTodayIsDimmed) {
+  auto past = session(State::idle);
+  past.today = false;
+  EXPECT_EQ(viewOf(past).opacity, 0.55);
+  EXPECT_EQ(viewOf(past, true).opacity, 1);  // a big row dims its character alone
+  EXPECT_EQ(viewOf(past, true).dotOpacity, 0.55);
+  EXPECT_EQ(viewOf(session(State::idle)).opacity, 1);
+  past.state = State::working;
+  EXPECT_EQ(viewOf(past).opacity, 1);
+}
+
+TEST(RowView, TextsStayOnOneLine) {
+  auto row = session(State::agents);
+  row.title = "첫 줄\n둘째 줄";
+  row.subtitle = "하나\r\n둘";
+  row.model = "Opus 4.1";
+  row.effort = "xhigh";
+  const auto view = viewOf(row);
+  EXPECT_EQ(view.title.text, "첫 줄 둘째 줄");
+  EXPECT_EQ(view.label.text, "Background");
+  EXPECT_EQ(view.accessibleName, "첫 줄 둘째 줄, 뒤에서 작업 중, 하나 둘");
+  EXPECT_EQ(viewOf(row, true).model.text, "Opus 4.1 / XHigh");
+  EXPECT_EQ(viewOf(row, true).label.text, "");
+}
+
+TEST(ProgressShare, StaysBetweenNothingAndAll) {
+  EXPECT_EQ(progressShare({0, 0}), 0);
+  EXPECT_EQ(progressText({0, 0}), "0/0");
+  EXPECT_EQ(progressShare({1, 4}), 0.25);
+  EXPECT_EQ(progressShare({9, 4}), 1);
+}
+
+}  // namespace
+}  // namespace zelvane

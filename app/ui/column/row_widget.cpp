@@ -1,0 +1,150 @@
+#include "app/ui/column/row_widget.h"
+
+#include <QtGui/QContextMenuEvent>
+#include <QtGui/QHelpEvent>
+#include <QtGui/QMouseEvent>
+#include <QtGui/QPainter>
+#include <QtWidgets/QToolTip>
+
+#include "app/model/records/row_text.h"
+#include "app/ui/column/text_style.h"
+
+namespace zelvane {
+namespace {
+
+void paintText(QPainter& painter, const PlacedText& placed) {
+  if (placed.text.isEmpty()) return;
+  painter.setFont(placed.font);
+  painter.setPen(placed.color);
+  painter.drawText(QPointF(placed.box.left(), placed.baseline), placed.text);
+}
+
+/// A sheet with three lines.
+void paintNoteSymbol(QPainter& painter, const QRect& box, const QColor& color) {
+  const QRectF sheet = QRectF(box).adjusted(1, 0.5, -1, -0.5);
+  painter.setPen(QPen(color, 1));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRoundedRect(sheet, 1.5, 1.5);
+  for (const double share : {0.28, 0.5, 0.72}) {
+    const double y = sheet.top() + share * sheet.height();
+    const double end = share > 0.7 ? sheet.center().x() : sheet.right() - 2;
+    painter.drawLine(QPointF(sheet.left() + 2, y), QPointF(end, y));
+  }
+}
+
+}  // namespace
+
+RowWidget::RowWidget(QWidget* parent, Callbacks callbacks)
+    : QWidget(parent), callbacks_(std::move(callbacks)) {}
+
+void RowWidget::setView(const RowView& view, int width) {
+  if (view == view_ && width == width_) return;
+  view_ = view;
+  width_ = width;
+  layout_ = rowLayout(view_, width);
+  setAccessibleName(QString::fromStdString(view_.accessibleName));
+  update();
+}
+
+void RowWidget::showTime(Time now) {
+  if (!view_.liveSince) return;
+  auto text = workingTime(now - *view_.liveSince);
+  if (text == view_.time.text) return;
+  view_.time.text = std::move(text);
+  const QRect before = layout_.time.box;
+  layout_.time = placedTime(view_, width_, layout_.height);
+  update(before | layout_.time.box);
+}
+
+void RowWidget::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setOpacity(view_.opacity);
+  paintGrounds(painter);
+  paintCharacter(painter);
+  for (const auto& placed : layout_.texts) paintText(painter, placed);
+  paintText(painter, layout_.time);
+  if (!layout_.noteSymbol.isEmpty()) {
+    paintNoteSymbol(painter, layout_.noteSymbol, toColor(view_.subtitle.color));
+  }
+}
+
+void RowWidget::paintCharacter(QPainter& painter) const {
+  const QRectF place = layout_.character;
+  const bool big = view_.size == RowSize::big;
+  const double radius = big ? 7 : 5;
+  painter.save();
+  if (big) {
+    constexpr double frameRadius = 6, halfBorder = 0.5;
+    painter.setPen(QPen(toColor(view_.line), 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(place.adjusted(halfBorder, halfBorder, -halfBorder, -halfBorder),
+                            frameRadius, frameRadius);
+  }
+  painter.setOpacity(view_.opacity * view_.dotOpacity);
+  const QColor color = toColor(view_.dot.color);
+  if (view_.dot.hollow) {
+    constexpr double ring = 1.5;
+    painter.setPen(QPen(color, ring));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawEllipse(place.center(), radius - ring / 2, radius - ring / 2);
+  } else {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawEllipse(place.center(), radius, radius);
+  }
+  painter.restore();
+}
+
+void RowWidget::paintGrounds(QPainter& painter) const {
+  painter.save();
+  painter.setPen(Qt::NoPen);
+  if (!layout_.memoGround.isEmpty()) {
+    constexpr double memoRadius = 5, memoOpacity = 0.6;
+    painter.setBrush(toColor(view_.line, memoOpacity));
+    painter.drawRoundedRect(layout_.memoGround, memoRadius, memoRadius);
+  }
+  if (view_.progress && !layout_.progressTrack.isEmpty()) {
+    QRectF bar = layout_.progressTrack;
+    const double radius = bar.height() / 2;
+    painter.setBrush(toColor(view_.line));
+    painter.drawRoundedRect(bar, radius, radius);
+    bar.setWidth(bar.width() * progressShare(*view_.progress));
+    painter.setBrush(toColor(view_.time.color));
+    painter.drawRoundedRect(bar, radius, radius);
+  }
+  painter.restore();
+}
+
+void RowWidget::mousePressEvent(QMouseEvent* event) {
+  pressed_ = event->button() == Qt::LeftButton;
+}
+
+void RowWidget::mouseReleaseEvent(QMouseEvent* event) {
+  const bool tap = pressed_ && event->button() == Qt::LeftButton;
+  pressed_ = false;
+  if (tap && view_.tappable && rect().contains(event->position().toPoint())) callbacks_.tapped();
+}
+
+void RowWidget::contextMenuEvent(QContextMenuEvent* event) {
+  callbacks_.menuWanted(event->globalPos());
+}
+
+bool RowWidget::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QWidget::event(event);
+  const auto* help = static_cast<QHelpEvent*>(event);
+  showMemoTip(help->pos(), help->globalPos());
+  return true;
+}
+
+void RowWidget::showMemoTip(const QPoint& position, const QPoint& onScreen) {
+  if (!layout_.noteSymbol.adjusted(-3, -3, 3, 3).contains(position)) {
+    QToolTip::hideText();
+    return;
+  }
+  // As rich text, so that it wraps; escaped, because the memo is plain text.
+  const auto memo = QString::fromStdString(view_.memo.text).toHtmlEscaped();
+  QToolTip::showText(onScreen, "<p style='white-space:pre-wrap'>" + memo + "</p>", this);
+}
+
+}  // namespace zelvane

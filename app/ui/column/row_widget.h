@@ -1,0 +1,47 @@
+// One row of the column. Draws its RowView; asks nobody anything. Main thread.
+#pragma once
+
+#include <QtWidgets/QWidget>
+#include <functional>
+
+#include "app/ui/column/row_layout.h"
+#include "app/ui/column/row_view.h"
+
+namespace zelvane {
+
+class RowWidget : public QWidget {
+ public:
+  struct Callbacks {
+    std::function<void()> tapped;
+    std::function<void(QPoint)> menuWanted;  ///< at a point on the screen
+  };
+
+  RowWidget(QWidget* parent, Callbacks callbacks);
+
+  /// Shows the view at the width; repaints only when something changed.
+  void setView(const RowView& view, int width);
+  const RowView& view() const { return view_; }
+  int wantedHeight() const { return layout_.height; }
+  /// Writes a running working time anew.
+  void showTime(Time now);
+
+ protected:
+  void paintEvent(QPaintEvent*) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  bool event(QEvent* event) override;
+
+ private:
+  void paintCharacter(QPainter& painter) const;
+  void paintGrounds(QPainter& painter) const;
+  void showMemoTip(const QPoint& position, const QPoint& onScreen);
+
+  Callbacks callbacks_;
+  RowView view_;
+  RowLayout layout_;
+  int width_ = 0;
+  bool pressed_ = false;
+};
+
+}  // namespace zelvane

@@ -1,0 +1,121 @@
+#include "app/ui/column/rows_block.h"
+
+#include <QtGui/QPainter>
+
+#include "core/localization.h"
+
+#include "app/ui/column/text_style.h"
+
+namespace zelvane {
+namespace {
+
+constexpr int dividerHeight = 1;
+constexpr int bandPixels = 11, bandHorizontal = 14, bandVertical = 5;
+constexpr double bandOpacity = 0.55;
+constexpr int emptyPixels = 12, emptyPadding = 14;
+
+int bandHeight() { return lineHeight(bandPixels) + 2 * bandVertical; }
+
+QStringList emptyLines(int width) {
+  return wrapped(L("터미널 탭에서 claude 를 실행하면 여기에 나타나요"),
+                 columnFont(emptyPixels, Weight::regular), width - 2 * emptyPadding);
+}
+
+}  // namespace
+
+RowsBlock::RowsBlock(QWidget* parent, Callbacks callbacks)
+    : QWidget(parent), callbacks_(std::move(callbacks)) {}
+
+/// The row of the planned session: the one from before, or a new one. Sessions may share an id, and
+/// then differ in their process.
+RowsBlock::Row& RowsBlock::rowFor(const PlannedRow& planned, Rows& before) {
+  std::string key = planned.session.id + "#" + std::to_string(planned.session.pid);
+  while (rows_.count(key) > 0) key += "+";
+  auto& row = rows_[key];
+  const auto found = before.find(key);
+  row.widget = found != before.end() ? std::move(found->second.widget) : makeWidget(key);
+  row.session = planned.session;
+  return row;
+}
+
+std::unique_ptr<RowWidget> RowsBlock::makeWidget(const std::string& key) {
+  auto widget = std::make_unique<RowWidget>(
+      this, RowWidget::Callbacks{
+                .tapped = [this, key] { callbacks_.tapped(ZelvaneSession(rows_[key].session)); },
+                .menuWanted =
+                    [this, key](QPoint point) {
+                      callbacks_.menuWanted(ZelvaneSession(rows_[key].session), point);
+                    }});
+  widget->show();
+  return widget;
+}
+
+void RowsBlock::setPlan(std::vector<ColumnItem> plan, const ThemeSpec& theme, int width) {
+  Rows before;
+  before.swap(rows_);
+  plan_ = std::move(plan);
+  theme_ = theme;
+  places_.clear();
+  int y = 0;
+  for (const auto& item : plan_) {
+    int height = std::holds_alternative<Divider>(item) ? dividerHeight : bandHeight();
+    if (const auto* planned = std::get_if<PlannedRow>(&item)) {
+      auto& widget = *rowFor(*planned, before).widget;
+      widget.setView(planned->view, width);
+      height = widget.wantedHeight();
+      widget.setGeometry(0, y, width, height);
+    }
+    places_.emplace_back(0, y, width, height);
+    y += height;
+  }
+  if (plan_.empty()) {
+    y = 2 * emptyPadding + static_cast<int>(emptyLines(width).size()) * lineHeight(emptyPixels);
+  }
+  height_ = y;
+  // A row that left may be the one whose event is being handled: it goes when that is over.
+  for (auto& [key, row] : before) {
+    if (!row.widget) continue;
+    row.widget->hide();
+    row.widget.release()->deleteLater();
+  }
+  update();
+}
+
+void RowsBlock::showTimes(Time now) {
+  for (auto& [key, row] : rows_) row.widget->showTime(now);
+}
+
+void RowsBlock::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  for (std::size_t i = 0; i < plan_.size(); ++i) {
+    if (const auto* band = std::get_if<SectionBand>(&plan_[i])) {
+      paintBand(painter, *band, places_[i]);
+    } else if (std::holds_alternative<Divider>(plan_[i])) {
+      painter.fillRect(places_[i], toColor(theme_.line));
+    }
+  }
+  if (!plan_.empty()) return;
+  painter.setFont(columnFont(emptyPixels, Weight::regular));
+  painter.setPen(toColor(theme_.sub));
+  int y = emptyPadding;
+  for (const auto& line : emptyLines(width())) {
+    const int left = (width() - textWidth(line, painter.font())) / 2;
+    painter.drawText(QPointF(left, y + baselineOffset(emptyPixels)), line);
+    y += lineHeight(emptyPixels);
+  }
+}
+
+void RowsBlock::paintBand(QPainter& painter, const SectionBand& band, const QRect& place) const {
+  painter.fillRect(place, toColor(theme_.line, bandOpacity));
+  const int baseline = place.top() + bandVertical + baselineOffset(bandPixels);
+  painter.setPen(toColor(theme_.sub));
+  painter.setFont(columnFont(bandPixels, Weight::semibold));
+  painter.drawText(QPointF(bandHorizontal, baseline), QString::fromStdString(band.title));
+  const auto font = columnFont(bandPixels, Weight::regular);
+  const auto count = QString::number(band.count);
+  painter.setFont(font);
+  painter.drawText(QPointF(place.right() + 1 - bandHorizontal - textWidth(count, font), baseline),
+                   count);
+}
+
+}  // namespace zelvane

@@ -1,0 +1,52 @@
+// The rows with their section bands and dividers, below one another. Main thread.
+#pragma once
+
+#include <QtWidgets/QWidget>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/ui/column/column_plan.h"
+#include "app/ui/column/row_widget.h"
+
+namespace zelvane {
+
+class RowsBlock : public QWidget {
+ public:
+  struct Callbacks {
+    std::function<void(const ZelvaneSession&)> tapped;
+    std::function<void(const ZelvaneSession&, QPoint)> menuWanted;
+  };
+
+  RowsBlock(QWidget* parent, Callbacks callbacks);
+
+  /// Shows the plan at the width. Rows that stay keep their widgets.
+  void setPlan(std::vector<ColumnItem> plan, const ThemeSpec& theme, int width);
+  int wantedHeight() const { return height_; }
+  void showTimes(Time now);
+
+ protected:
+  void paintEvent(QPaintEvent*) override;
+
+ private:
+  struct Row {
+    ZelvaneSession session;
+    std::unique_ptr<RowWidget> widget;
+  };
+  using Rows = std::map<std::string, Row>;
+
+  Row& rowFor(const PlannedRow& planned, Rows& before);
+  std::unique_ptr<RowWidget> makeWidget(const std::string& key);
+  void paintBand(QPainter& painter, const SectionBand& band, const QRect& place) const;
+
+  Callbacks callbacks_;
+  std::vector<ColumnItem> plan_;
+  std::vector<QRect> places_;  ///< of the items
+  Rows rows_;
+  ThemeSpec theme_;
+  int height_ = 0;
+};
+
+}  // namespace zelvane

@@ -1,0 +1,96 @@
+#include "app/ui/column/text_style.h"
+
+#include <QtGui/QFontMetricsF>
+#include <QtGui/QTextLayout>
+#include <QtGui/QTextOption>
+#include <cmath>
+
+namespace zelvane {
+namespace {
+
+/// Nothing longer can be seen on a line, and measuring it would cost.
+constexpr qsizetype longestLine = 400;
+
+QFont::Weight toWeight(Weight weight) {
+  switch (weight) {
+    case Weight::regular:
+      return QFont::Normal;
+    case Weight::medium:
+      return QFont::Medium;
+    case Weight::semibold:
+      return QFont::DemiBold;
+    case Weight::bold:
+      break;
+  }
+  return QFont::Bold;
+}
+
+}  // namespace
+
+QFont columnFont(int pixels, Weight weight) {
+  QFont font;
+  font.setFamilies({"Noto Sans CJK KR", "Noto Sans KR", "NanumGothic", "sans-serif"});
+  font.setPixelSize(pixels);
+  font.setWeight(toWeight(weight));
+  return font;
+}
+
+int lineHeight(int pixels) { return static_cast<int>(std::lround(pixels * 1.35)); }
+
+int baselineOffset(int pixels) {
+  // A Hangul syllable fills its em square, 0.88 of it above the baseline: that is what is centred.
+  return static_cast<int>(std::lround((lineHeight(pixels) - pixels) / 2.0 + 0.88 * pixels));
+}
+
+QColor toColor(Rgb color, double opacity) {
+  const auto alpha = static_cast<int>(std::lround(color.alpha * opacity));
+  return {color.red, color.green, color.blue, alpha};
+}
+
+QString elided(const std::string& text, const QFont& font, int width) {
+  auto line = QString::fromStdString(text);
+  if (line.size() > longestLine) line = line.left(longestLine) + QChar(0x2026);
+  return QFontMetricsF(font).elidedText(line, Qt::ElideRight, width);
+}
+
+QStringList wrapped(const std::string& text, const QFont& font, int width) {
+  constexpr qsizetype longestText = 2000;
+  QStringList lines;
+  for (const auto& paragraph : QString::fromStdString(text).left(longestText).split(u'\n')) {
+    QTextLayout layout(paragraph, font);
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    layout.beginLayout();
+    for (auto line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+      line.setLineWidth(width);
+      lines += paragraph.mid(line.textStart(), line.textLength()).trimmed();
+    }
+    layout.endLayout();
+  }
+  return lines;
+}
+
+int textWidth(const QString& text, const QFont& font) {
+  return static_cast<int>(std::ceil(QFontMetricsF(font).horizontalAdvance(text)));
+}
+
+void styleMenu(QMenu& menu, const ThemeSpec& theme) {
+  QPalette palette;
+  const QColor ground = toColor(theme.bg), text = toColor(theme.fg);
+  // Light: the style draws disabled items once more in it, like an engraving.
+  for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Button, QPalette::Light}) {
+    palette.setColor(role, ground);
+  }
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(role, text);
+    palette.setColor(QPalette::Disabled, role, toColor(theme.sub));
+  }
+  palette.setColor(QPalette::Highlight, toColor(theme.line));
+  palette.setColor(QPalette::HighlightedText, text);
+  menu.setPalette(palette);
+  constexpr int menuPixels = 13;
+  menu.setFont(columnFont(menuPixels, Weight::regular));
+}
+
+}  // namespace zelvane

@@ -1,0 +1,176 @@
+#include "app/ui/panel/column_panel.h"
+
+#include <QtGui/QGuiApplication>
+#include <QtGui/QWindow>
+#include <chrono>
+
+#include "app/ui/column/column_shape.h"
+#include "app/ui/panel/screens.h"
+
+namespace zelvane {
+namespace {
+
+using namespace std::chrono_literals;
+
+QRect toRect(const Area& area) { return {area.x, area.y, area.width, area.height}; }
+
+Area toArea(const QRect& rect) { return {rect.x(), rect.y(), rect.width(), rect.height()}; }
+
+}  // namespace
+
+ColumnPanel::ColumnPanel(PanelSize& size, std::function<void(bool)> onVisible)
+    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus),
+      size_(size),
+      onVisible_(std::move(onVisible)),
+      leftGrip_(this, Qt::SizeHorCursor,
+                {[this] { beginDrag(); }, [this](QPoint by) { dragBy(-by.x(), 0); },
+                 [this] { endDrag(); }}),
+      freeGrip_(this, Qt::SizeVerCursor,
+                {[this] { beginDrag(); },
+                 [this](QPoint by) { dragBy(0, anchor_ == Anchor::top ? by.y() : -by.y()); },
+                 [this] { endDrag(); }}) {
+  setAttribute(Qt::WA_TranslucentBackground);
+  setAttribute(Qt::WA_AlwaysShowToolTips);  // the window is never the active one
+  setWindowTitle(QStringLiteral("Zelvane"));
+  animation_.setDuration(170);
+  animation_.setEasingCurve(QEasingCurve::InOutSine);
+  // Position and size in one call: set apart, a column anchored below would jump.
+  connect(&animation_, &QVariantAnimation::valueChanged, this,
+          [this](const QVariant& value) { setGeometry(value.toRect()); });
+  look_.setInterval(1s);
+  look_.setTimerType(Qt::CoarseTimer);
+  connect(&look_, &QTimer::timeout, this, &ColumnPanel::lookAround);
+}
+
+ColumnPanel::~ColumnPanel() = default;
+
+void ColumnPanel::setContent(QWidget* content) {
+  content_ = content;
+  content_->setParent(this);
+  content_->setGeometry(rect());
+  content_->show();
+  leftGrip_.raise();
+  freeGrip_.raise();
+}
+
+void ColumnPanel::appear() {
+  const WId window = winId();
+  QGuiApplication::sync();  // the window system has to know the window by now
+  window_ = platform::ColumnWindow::of(QGuiApplication::platformName().toStdString(), window);
+  if (window_) window_->standAside();
+  windowHandle()->installEventFilter(this);
+  place();
+  updateShape();
+  show();
+}
+
+void ColumnPanel::setContentHeight(int height) {
+  contentHeight_ = height;
+  place();
+}
+
+void ColumnPanel::setAnchor(Anchor anchor) {
+  anchor_ = anchor;
+  placeGrips();
+  place();
+}
+
+void ColumnPanel::place() {
+  const auto screen = usableScreen();
+  if (dragging_ || !screen) return;
+  moveTo(panelFrame(size_.chosen(), contentHeight_, anchor_, *screen));
+}
+
+void ColumnPanel::moveTo(const Area& frame) {
+  const bool animating = animation_.state() == QAbstractAnimation::Running;
+  const QRect target = animating ? animation_.endValue().toRect() : geometry();
+  if (target == toRect(frame)) return;
+  animation_.stop();
+  if (isVisible() && growsSmoothly(toArea(geometry()), frame)) {
+    animateTo(frame);
+  } else {
+    setGeometry(toRect(frame));
+  }
+}
+
+void ColumnPanel::animateTo(const Area& frame) {
+  // The edge at the anchor must stay where it is, wherever an animation was interrupted.
+  animation_.setStartValue(geometry());
+  animation_.setEndValue(toRect(frame));
+  animation_.start();
+}
+
+void ColumnPanel::resizeEvent(QResizeEvent*) {
+  if (content_) content_->setGeometry(rect());
+  placeGrips();
+  updateShape();
+}
+
+void ColumnPanel::placeGrips() {
+  constexpr int grip = EdgeGrip::thickness;
+  leftGrip_.setGeometry(0, 0, grip, height());
+  freeGrip_.setGeometry(grip, anchor_ == Anchor::top ? height() - grip : 0, width() - grip, grip);
+}
+
+/// Without translucency the corners would be black: then they are cut off, if less smoothly.
+void ColumnPanel::updateShape() {
+  if (window_ && !window_->translucencyWorks()) {
+    setMask(columnMask(size()));
+  } else if (!mask().isEmpty()) {
+    clearMask();
+  }
+}
+
+bool ColumnPanel::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Expose) {
+    // The window's own state changes only when the event has been handled.
+    QTimer::singleShot(0, this, &ColumnPanel::lookAround);
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
+void ColumnPanel::lookAround() {
+  const bool exposed = windowHandle() && windowHandle()->isExposed();
+  covered_ = exposed && window_ && window_->covered();
+  updateShape();
+  setLooksOften(looksOften_);
+  const bool seen = exposed && !covered_;
+  if (std::exchange(seen_, seen) != seen) onVisible_(seen);
+}
+
+void ColumnPanel::setLooksOften(bool often) {
+  looksOften_ = often;
+  // A window that merely moves away from in front of this one is reported by nobody.
+  const bool needed = covered_ || looksOften_;
+  if (needed && !look_.isActive()) look_.start();
+  if (!needed) look_.stop();
+}
+
+void ColumnPanel::beginDrag() {
+  if (animation_.state() == QAbstractAnimation::Running) return;
+  dragging_ = true;
+  dragStart_ = {width(), height()};
+  chosenAtStart_ = size_.chosen();
+}
+
+void ColumnPanel::dragBy(int wider, int taller) {
+  const auto screen = usableScreen();
+  if (!dragging_ || !screen) return;
+  const Extent wanted{dragStart_.width + wider, dragStart_.height + taller};
+  const Extent now = draggedSize(dragStart_, wanted, *screen);
+  size_.set(chosenAfterDrag(chosenAtStart_, dragStart_, now));
+  QRect frame = geometry();
+  frame.setLeft(frame.right() + 1 - now.width);
+  if (anchor_ == Anchor::top) {
+    frame.setHeight(now.height);
+  } else {
+    frame.setTop(frame.bottom() + 1 - now.height);
+  }
+  setGeometry(frame);
+}
+
+void ColumnPanel::endDrag() {
+  if (std::exchange(dragging_, false)) place();
+}
+
+}  // namespace zelvane

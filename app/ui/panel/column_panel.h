@@ -1,0 +1,70 @@
+// The window that the column lives in: at the right edge of the screen, never in the way. It takes
+// no focus, places itself, and knows whether it can be seen. Main thread.
+#pragma once
+
+#include <QtCore/QTimer>
+#include <QtCore/QVariantAnimation>
+#include <QtWidgets/QWidget>
+#include <functional>
+#include <memory>
+
+#include "platform/column_window.h"
+
+#include "app/ui/panel/edge_grip.h"
+#include "app/ui/panel/panel_size.h"
+#include "app/ui/panel/placement.h"
+
+namespace zelvane {
+
+class ColumnPanel : public QWidget {
+ public:
+  /// `onVisible` gets whether at least a part of the panel can be seen, when that changes.
+  ColumnPanel(PanelSize& size, std::function<void(bool)> onVisible);
+  ~ColumnPanel() override;
+
+  /// Fills the panel with the widget, which it owns from then on.
+  void setContent(QWidget* content);
+  /// Shows the window where it belongs, behind nothing, without a change of the focus.
+  void appear();
+  void setContentHeight(int height);
+  void setAnchor(Anchor anchor);
+  /// Moves to where the content, the chosen sizes and the screen want it; growing is animated.
+  void place();
+  /// Looks again whether other windows hide it; once a second while `often`.
+  void lookAround();
+  void setLooksOften(bool often);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void resizeEvent(QResizeEvent*) override;
+
+ private:
+  void moveTo(const Area& frame);
+  void animateTo(const Area& frame);
+  void placeGrips();
+  void updateShape();
+  void beginDrag();
+  void dragBy(int wider, int taller);
+  void endDrag();
+
+  PanelSize& size_;
+  std::function<void(bool)> onVisible_;
+  std::unique_ptr<platform::ColumnWindow> window_;  ///< null where the system offers none
+  QWidget* content_ = nullptr;
+  int contentHeight_ = 200;
+  Anchor anchor_ = Anchor::top;
+
+  QVariantAnimation animation_;
+  bool dragging_ = false;
+  Extent dragStart_;
+  ChosenSize chosenAtStart_;
+
+  bool seen_ = true;
+  bool covered_ = false;
+  bool looksOften_ = false;
+  QTimer look_;
+  EdgeGrip leftGrip_;
+  EdgeGrip freeGrip_;  ///< at the edge that the panel is not anchored to
+};
+
+}  // namespace zelvane

@@ -1,0 +1,107 @@
+// What it costs to load and save many notes, against writing the same bytes once to the same disk;
+// and how long the one who types waits meanwhile.
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <thread>
+
+#include "app/notes/notes_store.h"
+#include "tests/support/temporary_folder.h"
+
+namespace zelvane {
+namespace {
+
+double milliseconds() {
+  return std::chrono::duration<double, std::milli>(
+             std::chrono::steady_clock::now().time_since_epoch())
+      .count();
+}
+
+double timeOf(const std::function<void()>& task) {
+  const double start = milliseconds();
+  task();
+  return milliseconds() - start;
+}
+
+/// The middle one of several measurements.
+double median(const std::function<void()>& task) {
+  std::vector<double> times;
+  for (int i = 0; i < 5; ++i) times.push_back(timeOf(task));
+  std::sort(times.begin(), times.end());
+  return times[times.size() / 2];
+}
+
+NotesStore::Options manual(const test::TemporaryFolder& folder) {
+  return {.dir = folder.path("notes"), .saveDelay = Seconds(1e6), .retryDelay = Seconds(1e6)};
+}
+
+std::string memoOf(std::size_t bytes) {
+  std::string memo;
+  while (memo.size() < bytes) memo += "다음엔 위젯 색 확인, then run the tests.\n";
+  return memo;
+}
+
+/// Writes and flushes the bytes once: what any save must cost at least.
+void writeBare(const test::TemporaryFolder& folder, const std::string& bytes) {
+  const auto disk = systemNotesDisk();
+  (void)disk->remove(folder.path("bare"));
+  if (disk->create(folder.path("bare"), bytes, 0600)) std::abort();
+  if (disk->syncFolder(folder.path())) std::abort();
+}
+
+/// The longest that one call took while saves ran one after the other.
+double longestWait(NotesStore& store, const std::string& memo) {
+  std::atomic<bool> done = false;
+  std::thread saver([&] {
+    for (int i = 0; i < 3; ++i) {
+      store.setMemo("saver", std::to_string(i));
+      store.flush();
+    }
+    done = true;
+  });
+  double longest = 0;
+  for (int i = 0; !done; ++i) {
+    const auto id = "session-" + std::to_string(i % 100);
+    longest = std::max(longest, timeOf([&] { store.setMemo(id, memo + std::to_string(i)); }));
+    longest = std::max(longest, timeOf([&] { (void)store.entry(id); }));
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));  // a very fast typist
+  }
+  saver.join();
+  return longest;
+}
+
+void measure(int count, std::size_t memoBytes) {
+  const test::TemporaryFolder folder;
+  const auto memo = memoOf(memoBytes);
+  {
+    NotesStore store(manual(folder));
+    for (int i = 0; i < count; ++i) store.setMemo("session-" + std::to_string(i), memo);
+  }
+  const auto bytes = folder.read("notes/notes.json");
+  const double bare = median([&] { writeBare(folder, bytes); });
+  const double load = median([&] { const NotesStore store(manual(folder)); });
+  NotesStore store(manual(folder));
+  int number = 0;
+  const double save = median([&] {
+    store.setMemo("one", std::to_string(++number));
+    store.flush();
+  });
+  const double wait = longestWait(store, memo);
+  const auto kept = NotesStore(manual(folder)).entry("session-0").memo;
+  if (store.problem() || !kept || !kept->starts_with(memo)) std::abort();
+  std::printf(
+      "%6d notes of %8zu bytes: load %.2f x, save %.2f x writing the same bytes once "
+      "(%.1f ms); longest wait of a caller %.4f x (%.2f ms)\n",
+      count, memo.size(), load / bare, save / bare, bare, wait / bare, wait);
+}
+
+}  // namespace
+}  // namespace zelvane
+
+int main() {
+  zelvane::measure(20, 200);
+  zelvane::measure(1'000, 10'000);
+  zelvane::measure(10'000, 10'000);
+  zelvane::measure(1, std::size_t{50} << 20);
+}

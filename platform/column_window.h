@@ -1,0 +1,40 @@
+// What the column's window asks of the window system beyond what the toolkit offers. Main thread.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace zelvane::platform {
+
+/// Name of the toolkit's window system that the column is made for, as the toolkit spells it.
+std::string columnWindowSystem();
+
+/// Whether that window system can be reached now. The toolkit ends the process when it cannot.
+bool columnWindowSystemReachable();
+
+/// The column's window as the window system sees it.
+class ColumnWindow {
+ public:
+  /// The window with the toolkit's native id; nothing when the toolkit runs on another window
+  /// system, or the connection fails. The window must exist already and outlive the object.
+  static std::unique_ptr<ColumnWindow> of(std::string_view windowSystem, std::uint64_t window);
+  ~ColumnWindow();
+  ColumnWindow(const ColumnWindow&) = delete;
+  ColumnWindow& operator=(const ColumnWindow&) = delete;
+
+  /// Puts the window on every desktop and keeps it out of task bars and pagers. Before it is shown.
+  void standAside();
+  /// Whether translucent pixels of a window really let through what lies behind.
+  bool translucencyWorks() const;
+  /// Whether opaque windows in front hide all of it. Errs to "no".
+  bool covered() const;
+
+ private:
+  struct State;
+  explicit ColumnWindow(std::unique_ptr<State> state);
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace zelvane::platform

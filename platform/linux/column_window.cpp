@@ -1,0 +1,218 @@
+#include "platform/column_window.h"
+
+#include <array>
+#include <cstdlib>
+#include <optional>
+#include <xcb/xcb.h>
+
+#include "platform/linux/rectangles.h"
+
+namespace zelvane::platform {
+namespace {
+
+struct Freeing {
+  void operator()(void* reply) const { std::free(reply); }
+};
+template <typename Reply>
+using Owned = std::unique_ptr<Reply, Freeing>;
+
+struct Disconnecting {
+  void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+};
+using Connection = std::unique_ptr<xcb_connection_t, Disconnecting>;
+
+enum Atom { desktop, state, sticky, skipTaskbar, skipPager, hidden, stacking, extents, compositor };
+constexpr std::size_t atomCount = compositor + 1;
+
+std::array<xcb_atom_t, atomCount> internAtoms(xcb_connection_t* connection, int screenNumber) {
+  const std::array<std::string, atomCount> names{
+      "_NET_WM_DESKTOP",
+      "_NET_WM_STATE",
+      "_NET_WM_STATE_STICKY",
+      "_NET_WM_STATE_SKIP_TASKBAR",
+      "_NET_WM_STATE_SKIP_PAGER",
+      "_NET_WM_STATE_HIDDEN",
+      "_NET_CLIENT_LIST_STACKING",
+      "_NET_FRAME_EXTENTS",
+      "_NET_WM_CM_S" + std::to_string(screenNumber),
+  };
+  std::array<xcb_intern_atom_cookie_t, atomCount> cookies;
+  for (std::size_t i = 0; i < atomCount; ++i) {
+    const auto length = static_cast<std::uint16_t>(names[i].size());
+    cookies[i] = xcb_intern_atom(connection, 0, length, names[i].c_str());
+  }
+  std::array<xcb_atom_t, atomCount> atoms{};
+  for (std::size_t i = 0; i < atomCount; ++i) {
+    const Owned<xcb_intern_atom_reply_t> reply(
+        xcb_intern_atom_reply(connection, cookies[i], nullptr));
+    if (reply) atoms[i] = reply->atom;
+  }
+  return atoms;
+}
+
+xcb_window_t rootOf(xcb_connection_t* connection, int screenNumber) {
+  auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
+  while (screenNumber-- > 0 && screens.rem > 1) xcb_screen_next(&screens);
+  return screens.data->root;
+}
+
+/// The 32-bit values of a property; empty when it is missing or of another format.
+std::vector<std::uint32_t> valuesOf(xcb_connection_t* connection,
+                                    xcb_get_property_cookie_t cookie) {
+  const Owned<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection, cookie, nullptr));
+  if (!reply || reply->format != 32) return {};
+  const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+  return {first, first + reply->value_len};
+}
+
+}  // namespace
+
+std::string columnWindowSystem() { return "xcb"; }
+
+bool columnWindowSystemReachable() {
+  const Connection connection(xcb_connect(nullptr, nullptr));
+  return xcb_connection_has_error(connection.get()) == 0;
+}
+
+/// A connection of our own: it needs nothing of the toolkit's, and its errors end nothing.
+struct ColumnWindow::State {
+  Connection connection;
+  xcb_window_t root;
+  xcb_window_t window;
+  std::array<xcb_atom_t, atomCount> atoms;
+
+  xcb_get_property_cookie_t request(xcb_window_t of, Atom name) const {
+    constexpr std::uint32_t limit = 16384;
+    return xcb_get_property(connection.get(), 0, of, atoms[name], XCB_GET_PROPERTY_TYPE_ANY, 0,
+                            limit);
+  }
+  void replace(Atom name, xcb_atom_t type, const std::vector<std::uint32_t>& values) const {
+    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, window, atoms[name], type, 32,
+                        static_cast<std::uint32_t>(values.size()), values.data());
+  }
+  std::vector<std::uint32_t> windowsInFront() const;
+  void dropEvents() const {
+    while (const Owned<xcb_generic_event_t> event{xcb_poll_for_event(connection.get())}) {
+    }
+  }
+};
+
+namespace {
+
+/// The questions about one window in front, all sent before the first answer is read.
+struct FrontWindow {
+  xcb_get_window_attributes_cookie_t attributes;
+  xcb_get_geometry_cookie_t geometry;
+  xcb_translate_coordinates_cookie_t position;
+  xcb_get_property_cookie_t states;
+  xcb_get_property_cookie_t frame;
+};
+
+/// What the window covers of the screen; nothing when it is not seen or can be seen through.
+std::optional<Rectangle> coverOf(xcb_connection_t* connection, const FrontWindow& asked,
+                                 xcb_atom_t hiddenState) {
+  const Owned<xcb_get_window_attributes_reply_t> attributes(
+      xcb_get_window_attributes_reply(connection, asked.attributes, nullptr));
+  const Owned<xcb_get_geometry_reply_t> geometry(
+      xcb_get_geometry_reply(connection, asked.geometry, nullptr));
+  const Owned<xcb_translate_coordinates_reply_t> position(
+      xcb_translate_coordinates_reply(connection, asked.position, nullptr));
+  const auto states = valuesOf(connection, asked.states);
+  const auto frame = valuesOf(connection, asked.frame);
+  if (!attributes || !geometry || !position) return std::nullopt;
+  constexpr int translucentDepth = 32;
+  const bool isHidden = std::find(states.begin(), states.end(), hiddenState) != states.end();
+  if (attributes->map_state != XCB_MAP_STATE_VIEWABLE || geometry->depth == translucentDepth ||
+      isHidden) {
+    return std::nullopt;
+  }
+  const int x = position->dst_x, y = position->dst_y;
+  Rectangle cover{x, y, x + geometry->width, y + geometry->height};
+  if (frame.size() == 4) {
+    cover.left -= static_cast<int>(frame[0]);
+    cover.right += static_cast<int>(frame[1]);
+    cover.top -= static_cast<int>(frame[2]);
+    cover.bottom += static_cast<int>(frame[3]);
+  }
+  return cover;
+}
+
+}  // namespace
+
+ColumnWindow::ColumnWindow(std::unique_ptr<State> opened) : state_(std::move(opened)) {}
+
+ColumnWindow::~ColumnWindow() = default;
+
+std::unique_ptr<ColumnWindow> ColumnWindow::of(std::string_view windowSystem,
+                                               std::uint64_t window) {
+  if (windowSystem != columnWindowSystem()) return nullptr;
+  int screenNumber = 0;
+  Connection connection(xcb_connect(nullptr, &screenNumber));
+  if (xcb_connection_has_error(connection.get()) != 0) return nullptr;
+  auto opened = std::make_unique<State>();
+  opened->root = rootOf(connection.get(), screenNumber);
+  opened->window = static_cast<xcb_window_t>(window);
+  opened->atoms = internAtoms(connection.get(), screenNumber);
+  opened->connection = std::move(connection);
+  return std::unique_ptr<ColumnWindow>(new ColumnWindow(std::move(opened)));
+}
+
+void ColumnWindow::standAside() {
+  constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;
+  const auto& atoms = state_->atoms;
+  state_->replace(desktop, XCB_ATOM_CARDINAL, {everyDesktop});
+  state_->replace(state, XCB_ATOM_ATOM, {atoms[skipTaskbar], atoms[skipPager], atoms[sticky]});
+  // The toolkit reads the property over its own connection: the server must have it by then.
+  auto* connection = state_->connection.get();
+  const Owned<xcb_get_input_focus_reply_t> done(
+      xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+}
+
+bool ColumnWindow::translucencyWorks() const {
+  auto* connection = state_->connection.get();
+  const Owned<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
+      connection, xcb_get_selection_owner(connection, state_->atoms[compositor]), nullptr));
+  return reply && reply->owner != XCB_WINDOW_NONE;
+}
+
+/// The windows above ours, as the window manager stacks them; empty when it does not know ours.
+std::vector<std::uint32_t> ColumnWindow::State::windowsInFront() const {
+  auto windows = valuesOf(connection.get(), request(root, stacking));
+  const auto ours = std::find(windows.begin(), windows.end(), window);
+  if (ours == windows.end()) return {};
+  windows.erase(windows.begin(), ours + 1);
+  return windows;
+}
+
+bool ColumnWindow::covered() const {
+  auto* connection = state_->connection.get();
+  const auto ask = [&](xcb_window_t window) {
+    return FrontWindow{xcb_get_window_attributes(connection, window),
+                       xcb_get_geometry(connection, window),
+                       xcb_translate_coordinates(connection, window, state_->root, 0, 0),
+                       state_->request(window, state), state_->request(window, extents)};
+  };
+  const auto inFront = state_->windowsInFront();
+  if (inFront.empty()) return false;
+  const auto geometry = xcb_get_geometry(connection, state_->window);
+  const auto position = xcb_translate_coordinates(connection, state_->window, state_->root, 0, 0);
+  std::vector<FrontWindow> asked;
+  for (const auto window : inFront) asked.push_back(ask(window));
+
+  const Owned<xcb_get_geometry_reply_t> size(xcb_get_geometry_reply(connection, geometry, nullptr));
+  const Owned<xcb_translate_coordinates_reply_t> place(
+      xcb_translate_coordinates_reply(connection, position, nullptr));
+  std::vector<Rectangle> visible;
+  if (size && place) {
+    const int x = place->dst_x, y = place->dst_y;
+    visible.push_back({x, y, x + size->width, y + size->height});
+  }
+  for (const auto& window : asked) {
+    const auto cover = coverOf(connection, window, state_->atoms[hidden]);
+    if (cover) visible = uncovered(visible, *cover);
+  }
+  state_->dropEvents();
+  return size && place && visible.empty();
+}
+
+}  // namespace zelvane::platform
