@@ -1,4 +1,4 @@
-// What it costs to load and save many notes, against writing the same bytes once to the same disk;
+// What it costs to load and save many notes, against writing the same bytes once to the same disk,
 // and how long the one who types waits meanwhile.
 #include <algorithm>
 #include <atomic>

@@ -6,6 +6,7 @@
 #include "core/localization.h"
 
 #include "cli/list_command.h"
+#include "cli/note_command.h"
 #include "cli/output.h"
 #include "cli/text_layout.h"
 #include "cli/watch_command.h"
@@ -35,10 +36,29 @@ void addListing(CLI::App& app, const std::string& name, const std::string& descr
   });
 }
 
+/// Adds a subcommand that takes a row and, to change the note, a text.
+void addNote(CLI::App& app, const std::string& name, const std::string& description, Note note,
+             CommandLine& chosen) {
+  CLI::App* command = app.add_subcommand(name, description)->group(L("명령"));
+  command->get_help_ptr()->group(L("옵션"));
+  command->option_defaults()->group(L("값"));
+  const auto row = std::make_shared<std::string>();
+  const auto text = std::make_shared<std::string>();
+  command->add_option("ROW", *row, L("목록의 번호나 대화 번호의 앞부분"))->required();
+  const CLI::Option* given = command->add_option(
+      "TEXT", *text, L("새 글. - 는 표준 입력, 빈 글은 지우기, 없으면 지금 글을 보여요"));
+  command->callback([=, &chosen] {
+    const auto wanted = given->count() > 0 ? std::optional(*text) : std::nullopt;
+    chosen.subcommand = [=] { return changeNote(note, *row, wanted); };
+  });
+}
+
 void addSubcommands(CLI::App& app, CommandLine& chosen) {
   addListing(app, "list", L("Claude Code 탭을 한 번 보여요"), L("JSON 으로 보여요"), list, chosen);
   addListing(app, "watch", L("Claude Code 탭을 계속 보여요 (Ctrl+C 로 끝내요)"),
              L("바뀔 때마다 JSON 한 줄을 써요"), watch, chosen);
+  addNote(app, "title", L("탭의 이름을 바꾸거나 보여요"), Note::title, chosen);
+  addNote(app, "memo", L("탭의 메모를 바꾸거나 보여요"), Note::memo, chosen);
 }
 
 CommandLine refused(const std::string& problem) {

@@ -1,6 +1,7 @@
 #include "cli/listing.h"
 
 #include "core/paths.h"
+#include "core/run_loop.h"
 #include "core/user_defaults.h"
 
 namespace zelvane::cli {
@@ -23,6 +24,17 @@ Listing listingOf(const ZelvaneStore& store, Time now) {
           .sessions = store.sessions(),
           .pendingRestore = store.pendingRestore(),
           .recentClosed = store.recentClosed()};
+}
+
+Listing currentListing() {
+  RunLoop loop;
+  const auto store = readOnlyStore(loop.executor());
+  store->observe([&](ZelvaneStore::Change change) {
+    if (change == ZelvaneStore::Change::passed) loop.stop();
+  });
+  store->refreshNow();
+  loop.run();
+  return listingOf(*store, systemTime());
 }
 
 }  // namespace zelvane::cli

@@ -33,4 +33,7 @@ std::shared_ptr<ZelvaneStore> readOnlyStore(Executor mainThread);
 /// What the store publishes now.
 Listing listingOf(const ZelvaneStore& store, Time now);
 
+/// What one pass over this user's machine finds now. Writes nothing.
+Listing currentListing();
+
 }  // namespace zelvane::cli

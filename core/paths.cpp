@@ -1,7 +1,9 @@
 #include "core/paths.h"
 
 #include <cstdlib>
+#include <filesystem>
 
+#include "platform/data_folder.h"
 #include "platform/home_folder.h"
 
 namespace zelvane {
@@ -31,6 +33,14 @@ std::string snapDir() { return zelvane() + "/snapshots"; }
 std::string latest() { return env("ZELVANE_SNAPSHOT").value_or(snapDir() + "/latest.json"); }
 
 std::string restored() { return zelvane() + "/restored.json"; }
+
+std::string notes() {
+  const char* chosen = std::getenv("ZELVANE_NOTES_DIR");
+  if (!chosen) return platform::dataFolder() + "/Zelvane";
+  std::error_code failed;
+  const auto absolute = std::filesystem::absolute(*chosen ? chosen : ".", failed);
+  return failed ? chosen : absolute.string();
+}
 
 }  // namespace ZelvanePaths
 

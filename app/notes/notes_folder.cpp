@@ -8,7 +8,6 @@
 #include <thread>
 #include <unistd.h>
 
-#include "platform/data_folder.h"
 
 #include "core/localization.h"
 
@@ -30,14 +29,6 @@ std::string folderOf(const std::string& path) { return path.substr(0, path.rfind
 
 std::size_t notesFingerprint(std::string_view bytes) {
   return std::hash<std::string_view>{}(bytes);
-}
-
-std::string standardNotesFolder() {
-  const char* chosen = std::getenv("ZELVANE_NOTES_DIR");
-  if (!chosen) return platform::dataFolder() + "/Zelvane";
-  std::error_code failed;
-  const auto absolute = std::filesystem::absolute(*chosen ? chosen : ".", failed);
-  return failed ? chosen : absolute.string();
 }
 
 NotesFolder::Main NotesFolder::readMain(std::optional<std::size_t> known) const {

@@ -91,8 +91,4 @@ class NotesFolder {
 /// Stands for bytes that need not be kept to be recognised.
 std::size_t notesFingerprint(std::string_view bytes);
 
-/// The notes folder of this user: ZELVANE_NOTES_DIR when that is set, else Zelvane in the folder
-/// for the user's data.
-std::string standardNotesFolder();
-
 }  // namespace zelvane

@@ -49,6 +49,7 @@ LaunchOptions launchOptions(const Arguments& arguments) {
   LaunchOptions options;
   options.help = has(arguments, "--help") || has(arguments, "-h");
   options.version = has(arguments, "--version");
+  options.selfTestNotes = has(arguments, "--selftest-notes");
   options.sample = has(arguments, "--render") || has(arguments, "--demo");
   options.renderPath = after(arguments, "--render");
   options.dark = has(arguments, "--dark");
@@ -73,6 +74,7 @@ std::string usage() {
     --theme c|a|b    테마: c 미니멀, a 픽셀, b 따뜻한 사무실
     --dark           어두운 색으로 그려요
     --width N        기둥 너비(280~480, 기본 284)
+  --selftest-notes 메모가 사라지지 않는지 스스로 확인해요
   --version        버전을 보여 줘요
   --help           이 도움말을 보여 줘요)");
 }

@@ -12,6 +12,7 @@ namespace zelvane {
 struct LaunchOptions {
   bool help = false;
   bool version = false;
+  bool selfTestNotes = false;
   /// Sample mode: nothing of the user's is written. On as soon as one of its options is given.
   bool sample = false;
   std::optional<std::string> renderPath;  ///< draw a picture into this file, and end

@@ -81,6 +81,24 @@ class ListTest(unittest.TestCase):
             self.assertEqual(row["state"], state)
             self.assertLess(time.monotonic() - start, 1.5, state)
 
+    def test_titles_and_memos(self):
+        machine = self.machine
+        for session in ("alpha", "beta"):
+            machine.write_session(machine.start_claude(), session)
+        machine.run("title", "al", "내 이름")
+        machine.run("memo", "alpha", "첫 줄\n둘째 줄")
+        row = next(row for row in machine.list()["sessions"] if row["id"] == "alpha")
+        self.assertEqual((row["title"], row["renamed"], row["memo"]),
+                         ("내 이름", True, "첫 줄\n둘째 줄"))
+        self.assertEqual(machine.run("memo", "alpha").stdout, "첫 줄\n둘째 줄\n")
+        machine.run("memo", "alpha", "")
+        machine.run("title", "alpha", row["claudeTitle"])
+        removed = (machine.home / ".local/share/Zelvane/removed-notes.jsonl").read_text()
+        self.assertEqual([set(json.loads(line)) - {"sid", "at"} for line in removed.splitlines()],
+                         [{"memo"}, {"title"}])
+        self.assertEqual(machine.run("title", "alpha").stdout, "")
+        self.assertEqual(machine.run("memo", "gamma", "x", check=False).returncode, 1)
+
     def test_wrong_use_is_told_on_standard_error(self):
         wrong = self.machine.run("nonsense", check=False)
         self.assertEqual(wrong.returncode, 2)

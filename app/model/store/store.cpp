@@ -16,22 +16,28 @@ ZelvaneStore::Options ZelvaneStore::systemOptions(std::shared_ptr<UserDefaults> 
           .defaults = std::move(defaults),
           .mainThread = std::move(mainThread),
           .clock = systemTime,
+          .notesDir = ZelvanePaths::notes(),
           .hookSessions = Paths::hookSessions(),
           .watchedFolders = {Paths::claudeSessions(), Paths::hookSessions()}};
 }
 
 std::shared_ptr<ZelvaneStore> ZelvaneStore::create(Options options) {
-  return std::shared_ptr<ZelvaneStore>(new ZelvaneStore(std::move(options)));
+  const std::shared_ptr<ZelvaneStore> store(new ZelvaneStore(std::move(options)));
+  store->followNotesProblem();
+  return store;
 }
 
 ZelvaneStore::ZelvaneStore(Options options)
     : options_(std::move(options)),
       readOnly_(options_.readOnly),
+      notes_(std::make_shared<NotesStore>(NotesStore::Options{
+          .dir = options_.notesDir, .readOnly = readOnly_, .clock = options_.clock})),
       q_(std::make_shared<SerialQueue>("zelvane.refresh")) {
   auto saved = savedSettings(*options_.defaults, options_.clock());
   theme_ = saved.theme;
   anchorTop_ = saved.anchorTop;
   pinned_ = saved.pinned;
+  options_.sources.notes = [notes = notes_](const std::string& id) { return notes->entry(id); };
   memory_.friendOf = std::move(saved.friendOf);
   shared_ = {.acked = std::move(saved.acked),
              .pins = std::move(saved.pinned),
@@ -77,13 +83,29 @@ void ZelvaneStore::requestPass() {
   });
 }
 
+/// Shows the notes' problem, now and whenever it changes, on whatever thread that happens.
+void ZelvaneStore::followNotesProblem() {
+  const auto take = [weak = weak_from_this(), main = options_.mainThread] {
+    main([weak] {
+      const auto self = weak.lock();
+      if (!self || self->notesProblem_ == self->notes_->problem()) return;
+      self->notesProblem_ = self->notes_->problem();
+      self->notify(Change::notesProblem);
+    });
+  };
+  notes_->onProblem([take](const auto&) { take(); });
+  notesProblem_ = notes_->problem();
+}
+
 /// On the refresh queue: fetches, decides, does what was decided, hands the rows to the main
 /// thread.
 void ZelvaneStore::runPass() {
   const Time now = options_.clock();
+  notes_->reloadIfChanged();
   const auto inputs = gather(options_.sources, memory_, choices(), now);
   auto result = refreshPass(inputs, std::move(memory_), now);
   memory_ = std::move(result.memory);
+  for (const auto& [from, to] : result.carries) notes_->carry(from, to);
   for (const auto& id : result.acknowledged) acknowledge(id);
   options_.mainThread([weak = weak_from_this(), rows = std::move(result.rows)]() mutable {
     if (const auto self = weak.lock()) self->publish(std::move(rows));
@@ -190,6 +212,7 @@ void ZelvaneStore::acknowledge(const std::string& id) {
 
 void ZelvaneStore::setReadOnly() {
   readOnly_ = true;
+  notes_->setReadOnly();
   const std::lock_guard lock(lock_);
   shared_.readOnly = true;
 }

@@ -18,6 +18,7 @@
 
 #include "app/model/records/theme_id.h"
 #include "app/model/refresh/gather.h"
+#include "app/notes/notes_store.h"
 
 namespace zelvane {
 
@@ -45,6 +46,7 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
     std::shared_ptr<UserDefaults> defaults;
     Executor mainThread;
     Clock clock;
+    std::string notesDir;                     ///< folder of the notes
     std::string hookSessions;                 ///< hook records; made by `start` unless read-only
     std::vector<std::string> watchedFolders;  ///< a change in one of them asks for a pass
     std::optional<std::string> restoreScript = std::nullopt;
@@ -71,6 +73,8 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
   /// Calls the observer after every change, for the life of the store.
   void observe(Observer observer) { observers_.push_back(std::move(observer)); }
 
+  /// Titles and memos. Whoever changes them asks for a pass.
+  NotesStore& notes() { return *notes_; }
   const std::vector<ZelvaneSession>& sessions() const { return sessions_; }
   const std::vector<Json>& pendingRestore() const { return pendingRestore_; }
   bool restoring() const { return restoring_; }
@@ -109,6 +113,7 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
   void runPass();
   void requestPass();
   void publish(std::vector<ZelvaneSession> rows);
+  void followNotesProblem();
   void acknowledge(const std::string& id);
   void setPinned(std::vector<std::string> pinned);
   void notify(Change change);
@@ -140,6 +145,7 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
   std::mutex lock_;
   UserChoices shared_;
 
+  std::shared_ptr<NotesStore> notes_;
   std::shared_ptr<SerialQueue> q_;
   std::unique_ptr<platform::FolderWatcher> watcher_;
 };

@@ -54,6 +54,7 @@ class StoreFixture : public testing::Test {
     result.defaults = defaults_;
     result.mainThread = loop_.executor();
     result.clock = [] { return timeAt(1'800'000'000); };
+    result.notesDir = folder_.path("notes");
     result.hookSessions = folder_.path("data/sessions");
     result.watchedFolders = {folder_.path("claude"), folder_.path("data/sessions")};
     result.tick = Seconds(3600);
@@ -220,6 +221,45 @@ TEST_F(StoreFixture, MakesTheRecordFolderUnlessReadOnly) {
     ASSERT_TRUE(published_.waitFor(before + 1));
     EXPECT_EQ(std::filesystem::exists(folder_.path("data")), !readOnly);
   }
+}
+
+TEST_F(StoreFixture, CarriesNotesAfterAClear) {
+  setProcs({{1, "old"}});
+  create(options());
+  onMain([&] {
+    store_->notes().setTitle("old", "이름");
+    store_->notes().setMemo("old", "다음 할 일");
+  });
+  pass();
+  onMain([&] { EXPECT_EQ(store_->sessions().at(0).title, "이름"); });
+  hooks_["new"].source = "clear";
+  setProcs({{1, "new"}});
+  pass();
+  onMain([&] {
+    EXPECT_EQ(store_->sessions().at(0).memo, "다음 할 일");
+    EXPECT_EQ(store_->notes().entry("new").title, "이름");
+    store_->notes().flush();
+  });
+  NotesStore other({.dir = folder_.path("notes")});
+  other.setTitle("new", "다른 창에서");
+  other.flush();
+  pass();
+  onMain([&] { EXPECT_EQ(store_->sessions().at(0).title, "다른 창에서"); });
+}
+
+TEST_F(StoreFixture, ShowsTheNotesProblem) {
+  folder_.write("notes/notes.json", "{");
+  create(options());
+  onMain([&] { EXPECT_TRUE(store_->notesProblem()); });
+  EventCounter changes;
+  onMain([&] {
+    store_->observe([&](ZelvaneStore::Change change) {
+      if (change == ZelvaneStore::Change::notesProblem) changes.add();
+    });
+    store_->notes().setProblem("다른 문제");
+  });
+  EXPECT_TRUE(changes.waitFor(1));
+  onMain([&] { EXPECT_EQ(store_->notesProblem(), "다른 문제"); });
 }
 
 TEST_F(StoreFixture, MayEndInTheMiddleOfAPass) {
