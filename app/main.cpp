@@ -39,12 +39,8 @@ int main(int argc, char** argv) {
               << '\n';
     return 1;
   }
-  std::unique_ptr<FileLock::Scope> onlyOne;
-  if (!options.sample) {
-    onlyOne = becomeSingleInstance(instanceLockPath(),
-                                   [](Seconds pause) { std::this_thread::sleep_for(pause); });
-    if (!onlyOne) return 0;
-  }
+  const auto sleep = [](Seconds pause) { std::this_thread::sleep_for(pause); };
+  if (!options.sample && !becomeSingleInstance(instanceLockPath(), sleep)) return 0;
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("zelvane"));
   return AppDelegate(options).run();

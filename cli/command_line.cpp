@@ -4,6 +4,7 @@
 
 #include "core/bundle.h"
 #include "core/localization.h"
+#include "core/unicode.h"
 
 #include "cli/list_command.h"
 #include "cli/note_command.h"

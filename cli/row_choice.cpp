@@ -18,8 +18,8 @@ std::optional<std::size_t> number(const std::string& text) {
 
 std::variant<ZelvaneSession, NoRow> chosenRow(const std::vector<ZelvaneSession>& rows,
                                               const std::string& wanted) {
-  const auto exact = std::find_if(rows.begin(), rows.end(),
-                                  [&](const auto& row) { return row.id == wanted; });
+  const auto exact =
+      std::find_if(rows.begin(), rows.end(), [&](const auto& row) { return row.id == wanted; });
   if (exact != rows.end()) return *exact;
   const auto place = number(wanted);
   if (place && *place >= 1 && *place <= rows.size()) return rows[*place - 1];

@@ -5,31 +5,6 @@
 #include "core/unicode.h"
 
 namespace zelvane::cli {
-namespace {
-
-/// The Unicode marks, embeddings, overrides and isolates of the reading direction.
-bool turnsDirection(char32_t scalar) {
-  return scalar == 0x061C || scalar == 0x200E || scalar == 0x200F ||
-         (scalar >= 0x202A && scalar <= 0x202E) || (scalar >= 0x2066 && scalar <= 0x2069);
-}
-
-}  // namespace
-
-std::string printable(std::string_view text) {
-  std::u32string line;
-  bool blank = false;
-  for (const char32_t scalar : scalars(text)) {
-    if (turnsDirection(scalar)) continue;
-    if (isControl(scalar) || isWhitespace(scalar)) {
-      blank = !line.empty();
-      continue;
-    }
-    if (blank) line.push_back(U' ');
-    blank = false;
-    line.push_back(scalar);
-  }
-  return utf8(line);
-}
 
 std::string tailFitted(std::string_view text, int columns) {
   int width = displayWidth(text);

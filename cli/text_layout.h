@@ -7,10 +7,6 @@
 
 namespace zelvane::cli {
 
-/// Outside text as one harmless line: invalid UTF-8 repaired, controls and white space folded into
-/// single blanks, marks that reverse the reading direction dropped.
-std::string printable(std::string_view text);
-
 /// The text cut to at most `columns` columns at its beginning, which "…" then replaces.
 std::string tailFitted(std::string_view text, int columns);
 

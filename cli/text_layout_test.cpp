@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include "core/unicode.h"
+
 namespace zelvane::cli {
 namespace {
 

@@ -1,5 +1,5 @@
-// Where the program's own parts lie: beside the executable, in the build tree as when installed.
-// Any thread.
+// Where the program's own parts lie: programs beside the running one, resources in ../share/zelvane
+// from there, in the build tree as when installed. Any thread.
 #pragma once
 
 #include <optional>

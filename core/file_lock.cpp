@@ -3,22 +3,52 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <thread>
 #include <unistd.h>
 
 namespace zelvane::FileLock {
 
-std::optional<std::int32_t> acquire(const std::string& path, Wait wait) {
-  const int fd = open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
-  if (fd < 0) return std::nullopt;
-  const int operation = LOCK_EX | (wait == Wait::no ? LOCK_NB : 0);
+namespace {
+
+constexpr Seconds poll(0.01);
+
+int openLockFile(const std::string& path) {
+  return open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
+}
+
+bool lock(int fd, Wait wait) {
   int result = 0;
-  while ((result = flock(fd, operation)) != 0 && errno == EINTR) {
+  while ((result = flock(fd, LOCK_EX | (wait == Wait::no ? LOCK_NB : 0))) != 0 && errno == EINTR) {
   }
-  if (result != 0) {
-    close(fd);
-    return std::nullopt;
+  return result == 0;
+}
+
+void closeKeepingErrno(int fd) {
+  const int error = errno;
+  close(fd);
+  errno = error;
+}
+
+}  // namespace
+
+std::optional<std::int32_t> acquire(const std::string& path, Wait wait) {
+  const int fd = openLockFile(path);
+  if (fd < 0) return std::nullopt;
+  if (lock(fd, wait)) return fd;
+  closeKeepingErrno(fd);
+  return std::nullopt;
+}
+
+std::optional<std::int32_t> acquireWithin(const std::string& path, Seconds patience) {
+  const int fd = openLockFile(path);
+  if (fd < 0) return std::nullopt;
+  for (Seconds waited(0);; waited += poll) {
+    if (lock(fd, Wait::no)) return fd;
+    if (errno != EWOULDBLOCK || waited >= patience) break;
+    std::this_thread::sleep_for(poll);
   }
-  return fd;
+  closeKeepingErrno(fd);
+  return std::nullopt;
 }
 
 void release(std::int32_t fd) {

@@ -5,14 +5,21 @@
 #include <optional>
 #include <string>
 
+#include "core/time.h"
+
 namespace zelvane::FileLock {
 
 /// Whether `acquire` waits for a lock that somebody else holds, or gives up at once.
 enum class Wait { no, yes };
 
 /// Takes an exclusive lock on the file, creating it when missing (mode 0644). Returns the
-/// descriptor that holds the lock and belongs to the caller until `release`; nothing on failure.
+/// descriptor that holds the lock and belongs to the caller until `release`; nothing on failure,
+/// with errno EWOULDBLOCK when somebody else holds it.
 std::optional<std::int32_t> acquire(const std::string& path, Wait wait);
+
+/// Takes the lock as soon as it is free, within the patience; nothing when it was not, or at once
+/// when there can be no lock file.
+std::optional<std::int32_t> acquireWithin(const std::string& path, Seconds patience);
 
 /// Unlocks and closes the descriptor.
 void release(std::int32_t fd);
@@ -21,6 +28,7 @@ void release(std::int32_t fd);
 class Scope {
  public:
   Scope(const std::string& path, Wait wait) : fd_(acquire(path, wait)) {}
+  Scope(const std::string& path, Seconds patience) : fd_(acquireWithin(path, patience)) {}
   ~Scope() {
     if (fd_) release(*fd_);
   }

@@ -18,8 +18,8 @@ std::string hookSessions();    ///< hook records, in the data folder
 std::string snapDir();         ///< snapshots, in the data folder
 std::string latest();          ///< the snapshot to restore; ZELVANE_SNAPSHOT replaces it
 std::string restored();        ///< what the restore command did, in the data folder
-/// The notes folder: "Zelvane" in the user's folder for programs' data. ZELVANE_NOTES_DIR replaces it,
-/// also when it is set but empty: then it means the working folder.
+/// The notes folder: "Zelvane" in the user's folder for programs' data. ZELVANE_NOTES_DIR replaces
+/// it, also when it is set but empty: then it means the working folder.
 std::string notes();
 
 }  // namespace zelvane::ZelvanePaths

@@ -28,15 +28,14 @@ void repeat(const std::shared_ptr<Timer>& timer, Seconds interval, SerialQueue::
 
 }  // namespace
 
-/// Held by the thread too, so that a queue destroyed from its own last task ends cleanly.
 struct SerialQueue::State {
   asio::io_context context{1};
   asio::executor_work_guard<asio::io_context::executor_type> work{context.get_executor()};
   std::thread thread;
 };
 
-SerialQueue::SerialQueue(const std::string& label) : state_(std::make_shared<State>()) {
-  state_->thread = std::thread([state = state_, label] {
+SerialQueue::SerialQueue(const std::string& label) : state_(std::make_unique<State>()) {
+  state_->thread = std::thread([state = state_.get(), label] {
     platform::nameThisThread(label);
     state->context.run();
   });
@@ -44,11 +43,7 @@ SerialQueue::SerialQueue(const std::string& label) : state_(std::make_shared<Sta
 
 SerialQueue::~SerialQueue() {
   state_->context.stop();
-  if (state_->thread.get_id() == std::this_thread::get_id()) {
-    state_->thread.detach();
-  } else {
-    state_->thread.join();
-  }
+  state_->thread.join();
 }
 
 void SerialQueue::post(Task task) { asio::post(state_->context, std::move(task)); }

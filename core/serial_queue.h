@@ -18,7 +18,7 @@ class SerialQueue {
 
   /// Starts the thread, which sleeps while there is nothing to do; the label names it.
   explicit SerialQueue(const std::string& label);
-  /// Lets the running task end, drops all waiting ones. May run on the queue itself.
+  /// Waits for the running task, drops all waiting ones. Not to be called by one of its tasks.
   ~SerialQueue();
   SerialQueue(const SerialQueue&) = delete;
   SerialQueue& operator=(const SerialQueue&) = delete;
@@ -32,7 +32,7 @@ class SerialQueue {
 
  private:
   struct State;
-  std::shared_ptr<State> state_;
+  std::unique_ptr<State> state_;
 };
 
 }  // namespace zelvane

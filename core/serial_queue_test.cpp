@@ -48,17 +48,23 @@ TEST(SerialQueue, DropsWaitingTasksAtItsEnd) {
   EXPECT_FALSE(ran);
 }
 
-TEST(SerialQueue, MayBeDestroyedByItsOwnTask) {
-  EventCounter posted;
-  EventCounter destroyed;
-  auto queue = std::make_shared<SerialQueue>("test");
-  queue->post([&] {
-    posted.waitFor(1);
-    queue.reset();
-    destroyed.add();
-  });
-  posted.add();
-  EXPECT_TRUE(destroyed.waitFor(1));
+TEST(SerialQueue, WaitsForTheRunningTaskAtItsEnd) {
+  EventCounter begun;
+  EventCounter mayEnd;
+  std::atomic<bool> ended = false;
+  std::thread other;
+  {
+    SerialQueue queue("test");
+    queue.post([&] {
+      begun.add();
+      mayEnd.waitFor(1);
+      ended = true;
+    });
+    ASSERT_TRUE(begun.waitFor(1));
+    other = std::thread([&] { mayEnd.add(); });
+  }
+  EXPECT_TRUE(ended);
+  other.join();
 }
 
 TEST(RunLoop, RunsPostedTasksUntilStopped) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <ctime>
 
@@ -107,7 +108,9 @@ bool isSafeFileName(std::string_view text) {
 }
 
 std::string PosixFormatter::string(Time time) const {
-  const auto seconds = static_cast<std::time_t>(secondsSince1970(time));
+  constexpr double beyondCalendars = 1e12;
+  const auto seconds = static_cast<std::time_t>(
+      std::clamp(std::floor(secondsSince1970(time)), -beyondCalendars, beyondCalendars));
   std::tm parts{};
   localtime_r(&seconds, &parts);
   std::string result;

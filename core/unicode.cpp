@@ -15,7 +15,29 @@ utf8proc_category_t categoryOf(char32_t scalar) {
   return utf8proc_category(static_cast<utf8proc_int32_t>(scalar));
 }
 
+/// The Unicode marks, embeddings, overrides and isolates of the reading direction.
+bool turnsDirection(char32_t scalar) {
+  return scalar == 0x061C || scalar == 0x200E || scalar == 0x200F ||
+         (scalar >= 0x202A && scalar <= 0x202E) || (scalar >= 0x2066 && scalar <= 0x2069);
+}
+
 }  // namespace
+
+std::string printable(std::string_view text) {
+  std::u32string line;
+  bool blank = false;
+  for (const char32_t scalar : scalars(text)) {
+    if (turnsDirection(scalar)) continue;
+    if (isControl(scalar) || isWhitespace(scalar)) {
+      blank = !line.empty();
+      continue;
+    }
+    if (blank) line.push_back(U' ');
+    blank = false;
+    line.push_back(scalar);
+  }
+  return utf8(line);
+}
 
 bool isUtf8(std::string_view bytes) {
   std::size_t at = 0;

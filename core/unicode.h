@@ -23,6 +23,10 @@ std::string lowerCased(std::string_view text);
 /// First character in upper case, the rest as it is.
 std::string firstUpperCased(std::string_view text);
 
+/// Outside text as one harmless line to show: invalid UTF-8 repaired, controls and white space
+/// folded into single blanks, marks that turn the reading direction dropped.
+std::string printable(std::string_view text);
+
 /// How many scalars the first user-perceived character takes; 0 for the empty text.
 std::size_t firstCharacterLength(std::u32string_view text);
 /// Columns that the text takes on a terminal: 2 for wide characters such as Hangul, 0 for marks.

@@ -11,6 +11,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t largestSettings = std::size_t{4} << 20;
+constexpr Seconds lockPatience(1);
 
 }  // namespace
 
@@ -21,10 +22,14 @@ std::string FileDefaults::standardPath() {
   return (usable ? *configuration : Paths::home() + "/.config") + "/zelvane/settings.json";
 }
 
-std::optional<Json> FileDefaults::value(const std::string& key) const {
-  const auto settings = JSONFile::load(path_, largestSettings);
-  const Json* found = settings ? get::any(*settings, key) : nullptr;
+std::optional<Json> UserDefaults::value(const std::string& key) const {
+  const Json all = values();
+  const Json* found = get::any(all, key);
   return found ? std::optional(*found) : std::nullopt;
+}
+
+Json FileDefaults::values() const {
+  return JSONFile::load(path_, largestSettings).value_or(Json::object());
 }
 
 void FileDefaults::set(const std::string& key, const Json& value) {
@@ -39,30 +44,34 @@ void FileDefaults::change(const std::function<void(Json& settings)>& edit) {
   const std::lock_guard alone(writing_);
   std::error_code failed;
   fs::create_directories(fs::path(path_).parent_path(), failed);
-  const FileLock::Scope lock(path_ + ".lock", FileLock::Wait::yes);
-  if (!lock) return;
-  auto settings = JSONFile::load(path_, largestSettings);
-  if (!settings && !mayReplace()) return;
-  Json changed = settings.value_or(Json::object());
+  const FileLock::Scope lock(path_ + ".lock", lockPatience);
+  const auto settings = lock ? changeable() : std::nullopt;
+  if (!settings) return;
+  Json changed = *settings;
   edit(changed);
-  if (settings != changed) (void)JSONFile::writeAtomic(changed, path_);
+  // A link stays one: what it leads to is replaced.
+  const auto target = fs::canonical(path_, failed);
+  if (changed != *settings) (void)JSONFile::writeAtomic(changed, failed ? path_ : target.string());
 }
 
-/// Whether a file that did not load may be replaced: none is there, or it could be kept aside.
-bool FileDefaults::mayReplace() const {
+/// The settings as they are to be changed: none yet, those of the file, or none after a damaged
+/// file was kept aside. Nothing when a file is there that must not be replaced.
+std::optional<Json> FileDefaults::changeable() const {
   std::error_code failed;
-  if (!fs::exists(fs::symlink_status(path_, failed))) return true;
+  if (!fs::exists(fs::symlink_status(path_, failed))) return Json::object();
+  const auto text = readFile(path_, largestSettings);
+  if (!text) return std::nullopt;
+  auto settings = parseJson(*text);
+  if (settings && settings->is_object()) return settings;
   const std::string kept = path_ + ".damaged";
-  if (!fs::is_regular_file(path_, failed)) return false;
-  if (fs::exists(fs::symlink_status(kept, failed))) return true;
-  fs::copy_file(path_, kept, failed);
-  return !failed;
+  if (!fs::exists(fs::symlink_status(kept, failed))) fs::copy_file(path_, kept, failed);
+  if (failed) return std::nullopt;
+  return Json::object();
 }
 
-std::optional<Json> MemoryDefaults::value(const std::string& key) const {
+Json MemoryDefaults::values() const {
   const std::lock_guard lock(mutex_);
-  const Json* found = get::any(values_, key);
-  return found ? std::optional(*found) : std::nullopt;
+  return values_;
 }
 
 void MemoryDefaults::set(const std::string& key, const Json& value) {

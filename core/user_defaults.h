@@ -15,19 +15,22 @@ namespace zelvane {
 class UserDefaults {
  public:
   virtual ~UserDefaults() = default;
+  /// All saved values, as one object.
+  virtual Json values() const = 0;
   /// The saved value; nothing when there is none.
-  virtual std::optional<Json> value(const std::string& key) const = 0;
+  std::optional<Json> value(const std::string& key) const;
   /// Saves the value. A failure is silent: settings are a convenience.
   virtual void set(const std::string& key, const Json& value) = 0;
   virtual void remove(const std::string& key) = 0;
 };
 
 /// Settings in one JSON file. Several processes may write it: a write takes the file's lock and
-/// changes one key of what then lies there. A damaged file is kept aside before it is replaced.
+/// changes one key of what then lies there, or gives up when another holds the lock for a second. A
+/// damaged file is kept aside before it is replaced; one that cannot be read is left alone.
 class FileDefaults : public UserDefaults {
  public:
   explicit FileDefaults(std::string path) : path_(std::move(path)) {}
-  std::optional<Json> value(const std::string& key) const override;
+  Json values() const override;
   void set(const std::string& key, const Json& value) override;
   void remove(const std::string& key) override;
 
@@ -36,7 +39,7 @@ class FileDefaults : public UserDefaults {
 
  private:
   void change(const std::function<void(Json& settings)>& edit);
-  bool mayReplace() const;
+  std::optional<Json> changeable() const;
 
   std::string path_;
   std::mutex writing_;  ///< the temporary file's name is the process's, not the thread's
@@ -47,7 +50,7 @@ class MemoryDefaults : public UserDefaults {
  public:
   MemoryDefaults() = default;
   explicit MemoryDefaults(Json values) : values_(std::move(values)) {}
-  std::optional<Json> value(const std::string& key) const override;
+  Json values() const override;
   void set(const std::string& key, const Json& value) override;
   void remove(const std::string& key) override;
 

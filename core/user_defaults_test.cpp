@@ -4,6 +4,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "core/file_lock.h"
+
 #include "tests/support/temporary_folder.h"
 
 namespace zelvane {
@@ -36,13 +38,36 @@ TEST(FileDefaults, KeepADamagedFileAsideOnce) {
   EXPECT_EQ(folder.read("settings.json.damaged"), "{\"theme\":");
 }
 
-TEST(FileDefaults, LeaveWhatIsNoFileAlone) {
+TEST(FileDefaults, LeaveWhatTheyCannotReadAlone) {
   const TemporaryFolder folder;
+  folder.write("settings.json.damaged", "an earlier one");
   std::filesystem::create_directory(folder.path("settings.json"));
   FileDefaults defaults(folder.path("settings.json"));
   defaults.set("theme", "a");
   EXPECT_FALSE(defaults.value("theme"));
   EXPECT_TRUE(std::filesystem::is_directory(folder.path("settings.json")));
+
+  const std::string huge = "{\"theme\":\"b\"}" + std::string(std::size_t{5} << 20, ' ');
+  std::filesystem::remove(folder.path("settings.json"));
+  folder.write("settings.json", huge);
+  defaults.set("theme", "a");
+  EXPECT_EQ(folder.read("settings.json"), huge);
+}
+
+TEST(FileDefaults, FollowALink) {
+  const TemporaryFolder folder;
+  folder.write("elsewhere/mine.json", "{\"theme\":\"b\"}");
+  std::filesystem::create_symlink(folder.path("elsewhere/mine.json"), folder.path("settings.json"));
+  FileDefaults(folder.path("settings.json")).set("theme", "a");
+  EXPECT_TRUE(std::filesystem::is_symlink(folder.path("settings.json")));
+  EXPECT_EQ(JSONFile::load(folder.path("elsewhere/mine.json")), Json({{"theme", "a"}}));
+}
+
+TEST(FileDefaults, DoNotWaitForEverForAnotherWriter) {
+  const TemporaryFolder folder;
+  const FileLock::Scope held(folder.path("settings.json.lock"), FileLock::Wait::yes);
+  FileDefaults(folder.path("settings.json")).set("theme", "a");
+  EXPECT_EQ(folder.read("settings.json"), "");
 }
 
 TEST(FileDefaults, TwoWritingProcessesLoseNothing) {

@@ -14,11 +14,11 @@ struct ChildRequest {
   std::vector<std::string> arguments;
   std::optional<std::string> folder;       ///< working folder; the caller's when absent
   std::vector<std::string> environment{};  ///< "NAME=value", each replacing an inherited NAME
-  std::chrono::duration<double> timeout{};
+  std::chrono::duration<double> timeout;
 };
 
 struct ChildResult {
-  std::int32_t status = -1;  ///< exit status; 128 + signal when one ended it; -1: not started
+  std::int32_t status = -1;  ///< exit status; 128 + signal when one ended it; -1: not known
   std::string output;        ///< the bytes it wrote to standard output
 };
 

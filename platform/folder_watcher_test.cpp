@@ -58,6 +58,27 @@ TEST(FolderWatcher, ServesSeveralFoldersThatWaitAtTheSamePlace) {
   EXPECT_TRUE(reports(events, [&] { home.write("x/records/a", "changed"); }));
 }
 
+TEST(FolderWatcher, FindsOnRecheckWhatNoEventTold) {
+  const TemporaryFolder home;
+  home.write("claude/sessions/a", "old");
+  home.write("other/a", "other");
+  fs::create_directory_symlink(home.path("other"), home.path("link"));
+  fs::create_symlink(home.path("later"), home.path("dangling"));
+  EventCounter events;
+  FolderWatcher watcher({home.path("claude/sessions"), home.path("link"), home.path("dangling/in")},
+                        [&] { events.add(); });
+  fs::rename(home.path("claude"), home.path("claude.bak"));
+  home.write("claude/sessions/a", "new");
+  home.write("another/a", "another");
+  fs::remove(home.path("link"));
+  fs::create_directory_symlink(home.path("another"), home.path("link"));
+  home.write("later/in/a", "later");
+  watcher.recheck();
+  for (const char* file : {"claude/sessions/a", "another/a", "later/in/a"}) {
+    EXPECT_TRUE(reports(events, [&] { fs::resize_file(home.path(file), 1); })) << file;
+  }
+}
+
 TEST(FolderWatcher, StaysSilentAboutItsNeighbours) {
   const TemporaryFolder home;
   fs::create_directory(home.path("sessions"));

@@ -15,4 +15,9 @@ struct NotesEntry {
   bool empty() const { return !title && !memo; }
 };
 
+/// Whether the notes of one session are copied to the one that replaced it: notes of its own stay.
+inline bool mayCarry(const NotesEntry& from, const NotesEntry& to) {
+  return !from.empty() && to.empty();
+}
+
 }  // namespace zelvane

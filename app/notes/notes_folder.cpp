@@ -8,7 +8,6 @@
 #include <thread>
 #include <unistd.h>
 
-
 #include "core/localization.h"
 
 namespace zelvane {
@@ -19,6 +18,7 @@ using State = NotesFolder::Main::State;
 constexpr Seconds staleAfter(3600);
 constexpr Seconds turnPoll(0.01);
 constexpr int temporaryNames = 100;
+constexpr std::int64_t keptNames = 100;
 constexpr std::uint32_t privateMode = 0600;
 constexpr std::string_view temporaryPrefix = "notes.json.sb-";
 constexpr std::string_view backupTemporary = "notes.bak.tmp";
@@ -104,21 +104,18 @@ bool NotesFolder::keepCorrupt(const std::string& base, NotesAccess access) {
   });
   if (kept) return true;
   if (access == NotesAccess::readOnly) return false;
-  auto second = static_cast<std::int64_t>(std::floor(secondsSince1970(clock_())));
-  // Two different damaged files within one second are both kept.
-  const auto target = [&] { return path(prefix + std::to_string(second) + ".json"); };
-  while (disk_->exists(target()) && second < INT64_MAX) ++second;
-  return !writeAtomically(target(), *bytes) && !disk_->syncFolder(dir_);
+  const auto now = static_cast<std::int64_t>(std::floor(secondsSince1970(clock_())));
+  // Two different damaged files within one second are both kept. On a disk that tells nothing any
+  // more every name looks taken.
+  for (std::int64_t second = now; second < now + keptNames; ++second) {
+    const auto target = path(prefix + std::to_string(second) + ".json");
+    if (!disk_->exists(target)) return !writeAtomically(target, *bytes) && !disk_->syncFolder(dir_);
+  }
+  return false;
 }
 
 std::unique_ptr<FileLock::Scope> NotesFolder::waitForTurn() const {
-  const auto file = path("notes.json.lock");
-  for (Seconds waited(0);; waited += turnPoll) {
-    auto turn = std::make_unique<FileLock::Scope>(file, FileLock::Wait::no);
-    // Where there is no lock file, none can be made, and nobody holds one.
-    if (*turn || waited >= patience_ || !disk_->exists(file)) return turn;
-    std::this_thread::sleep_for(turnPoll);
-  }
+  return std::make_unique<FileLock::Scope>(path("notes.json.lock"), patience_);
 }
 
 std::error_code NotesFolder::replaceMain(std::string_view bytes, const Main& current) {

@@ -2,11 +2,13 @@
 
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMenu>
+#include <atomic>
 #include <csignal>
 #include <thread>
 
 #include "core/run_loop.h"
 
+#include "app/model/refresh/offers.h"
 #include "app/model/store/samples.h"
 #include "app/ui/column/text_style.h"
 #include "app/ui/render.h"
@@ -33,8 +35,9 @@ std::shared_ptr<ZelvaneStore> makeStore(std::shared_ptr<UserDefaults> defaults, 
 class QuitOnSignal {
  public:
   QuitOnSignal() {
-    loop_.onSignal([](int signal) {
+    loop_.onSignal([this](int signal) {
       if (signal == SIGWINCH) return;
+      requested_ = true;
       QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     });
     thread_ = std::thread([this] { loop_.run(); });
@@ -43,10 +46,12 @@ class QuitOnSignal {
     loop_.stop();
     thread_.join();
   }
+  bool requested() const { return requested_; }
   QuitOnSignal(const QuitOnSignal&) = delete;
   QuitOnSignal& operator=(const QuitOnSignal&) = delete;
 
  private:
+  std::atomic<bool> requested_ = false;
   RunLoop loop_;
   std::thread thread_;
 };
@@ -66,8 +71,10 @@ bool prepareWindowSystem(const LaunchOptions& options) {
   }
   // On Wayland, too: a window can neither place itself there nor leave the focus alone.
   const auto ours = QByteArray::fromStdString(platform::columnWindowSystem());
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", ours);
-  return qgetenv("QT_QPA_PLATFORM") != ours || platform::columnWindowSystemReachable();
+  // Desktops preset the variable for all programs; "offscreen" is somebody's deliberate choice.
+  if (qgetenv("QT_QPA_PLATFORM") == "offscreen") return true;
+  qputenv("QT_QPA_PLATFORM", ours);
+  return platform::columnWindowSystemReachable();
 }
 
 AppDelegate::AppDelegate(LaunchOptions options)
@@ -85,7 +92,8 @@ int AppDelegate::run() {
   const QuitOnSignal quitOnSignal;
   openPanel();
   fillOrStart();
-  return QApplication::exec();
+  // A request that came while the window was opened would be lost on a loop that does not run yet.
+  return quitOnSignal.requested() ? 0 : QApplication::exec();
 }
 
 ColumnView::Options AppDelegate::viewOptions() const {
@@ -142,7 +150,8 @@ void AppDelegate::storeChanged(ZelvaneStore::Change change) {
   using Change = ZelvaneStore::Change;
   if (change == Change::passed) panel_->lookAround();
   if (change == Change::passed || change == Change::sessions || change == Change::visible) {
-    panel_->setLooksOften(store_->clockNeeded());
+    // Seen or not: being covered is what the look finds out.
+    panel_->setLooksOften(clockNeeded(true, store_->sessions()));
   }
 }
 
@@ -166,7 +175,8 @@ void AppDelegate::showMenu(QPoint point) {
     }
     QAction* action = menu->addAction(QString::fromStdString(item.title));
     action->setEnabled(item.enabled);
-    action->setCheckable(item.checkable);
+    // An empty box in front of the others would invite to tick several.
+    action->setCheckable(item.checked);
     action->setChecked(item.checked);
     QObject::connect(action, &QAction::triggered, panel_.get(),
                      [this, command = item.command] { perform(command); });

@@ -13,7 +13,8 @@ struct LaunchOptions {
   bool help = false;
   bool version = false;
   bool selfTestNotes = false;
-  /// Sample mode: nothing of the user's is written. On as soon as one of its options is given.
+  /// Sample mode: nothing of the user's is written but pins. On as soon as one of its options is
+  /// given.
   bool sample = false;
   std::optional<std::string> renderPath;  ///< draw a picture into this file, and end
   std::optional<ThemeID> theme;           ///< of the picture

@@ -1,28 +1,28 @@
 #include "app/ui/single_instance.h"
 
+#include <cerrno>
 #include <filesystem>
 
+#include "core/file_lock.h"
 #include "core/paths.h"
 
 namespace zelvane {
 
 std::string instanceLockPath() {
-  // The runtime folder is the user's alone and empty after a reboot; the data folder always works.
   std::error_code failed;
-  const auto runtime = ZelvanePaths::env("XDG_RUNTIME_DIR");
-  if (runtime && std::filesystem::is_directory(*runtime, failed)) return *runtime + "/zelvane.lock";
-  std::filesystem::create_directories(ZelvanePaths::zelvane(), failed);
-  return ZelvanePaths::zelvane() + "/zelvane.lock";
+  std::filesystem::create_directories(Paths::zelvane(), failed);
+  return Paths::zelvane() + "/zelvane.lock";
 }
 
-std::unique_ptr<FileLock::Scope> becomeSingleInstance(const std::string& lockPath,
-                                                      const std::function<void(Seconds)>& sleep) {
+bool becomeSingleInstance(const std::string& lockPath, const std::function<void(Seconds)>& sleep) {
   constexpr int patience = 12;
   constexpr Seconds pause(0.25);
   for (int waits = 0;; ++waits) {
-    auto lock = std::make_unique<FileLock::Scope>(lockPath, FileLock::Wait::no);
-    if (*lock) return lock;
-    if (waits == patience) return nullptr;
+    // The descriptor stays open, and so the lock held, until the process ends.
+    if (FileLock::acquire(lockPath, FileLock::Wait::no)) return true;
+    // Better two columns than none for somebody whose folder takes no lock file.
+    if (errno != EWOULDBLOCK) return true;
+    if (waits == patience) return false;
     sleep(pause);
   }
 }

@@ -2,20 +2,18 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <string>
 
-#include "core/file_lock.h"
 #include "core/time.h"
 
 namespace zelvane {
 
-/// The file whose lock the running column holds.
+/// The file whose lock the running column holds: one for each user, whatever the environment says.
 std::string instanceLockPath();
 
-/// Takes the lock. While another column holds it, waits for it to end, at most 3 seconds, so that
-/// one that is just quitting may do so. Null when it stays.
-std::unique_ptr<FileLock::Scope> becomeSingleInstance(const std::string& lockPath,
-                                                      const std::function<void(Seconds)>& sleep);
+/// Takes the lock for the life of the process. While another column holds it, waits for that one to
+/// end, at most 3 seconds, so that one that is just quitting may do so. False when it stays.
+[[nodiscard]] bool becomeSingleInstance(const std::string& lockPath,
+                                        const std::function<void(Seconds)>& sleep);
 
 }  // namespace zelvane

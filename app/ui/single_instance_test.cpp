@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "core/file_lock.h"
+
 #include "tests/support/temporary_folder.h"
 
 namespace zelvane {
@@ -9,18 +11,17 @@ namespace {
 
 TEST(SingleInstance, AFreeLockIsTakenWithoutWaiting) {
   const test::TemporaryFolder folder;
-  const auto lock = becomeSingleInstance(folder.path("lock"), [](Seconds) { FAIL(); });
-  EXPECT_TRUE(lock);
+  EXPECT_TRUE(becomeSingleInstance(folder.path("lock"), [](Seconds) { FAIL(); }));
+  EXPECT_FALSE(FileLock::acquire(folder.path("lock"), FileLock::Wait::no)) << "and held";
 }
 
 TEST(SingleInstance, WaitsForACopyThatQuits) {
   const test::TemporaryFolder folder;
   auto other = std::make_unique<FileLock::Scope>(folder.path("lock"), FileLock::Wait::no);
   int waits = 0;
-  const auto lock = becomeSingleInstance(folder.path("lock"), [&](Seconds) {
+  EXPECT_TRUE(becomeSingleInstance(folder.path("lock"), [&](Seconds) {
     if (++waits == 12) other.reset();
-  });
-  EXPECT_TRUE(lock);
+  }));
   EXPECT_EQ(waits, 12);
 }
 
@@ -30,6 +31,10 @@ TEST(SingleInstance, GivesUpAfterThreeSeconds) {
   Seconds waited(0);
   EXPECT_FALSE(becomeSingleInstance(folder.path("lock"), [&](Seconds pause) { waited += pause; }));
   EXPECT_EQ(waited, Seconds(3));
+}
+
+TEST(SingleInstance, OpensWhereThereCanBeNoLock) {
+  EXPECT_TRUE(becomeSingleInstance("/no/such/folder/lock", [](Seconds) { FAIL(); }));
 }
 
 }  // namespace

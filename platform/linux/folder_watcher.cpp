@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <filesystem>
+#include <mutex>
 #include <poll.h>
 #include <string_view>
 #include <sys/eventfd.h>
@@ -42,15 +43,26 @@ class FolderWatcher::Worker {
         stop_(eventfd(0, EFD_CLOEXEC)) {
     for (auto& folder : folders) targets_.push_back(Target{std::move(folder)});
     for (auto& target : targets_) aim(target);
-    thread_ = std::thread([this] { run(); });
+    // Without them (the number for each user is limited) there is nothing to wait for.
+    if (events_ >= 0 && stop_ >= 0) thread_ = std::thread([this] { run(); });
   }
 
   ~Worker() {
     const std::uint64_t one = 1;
     [[maybe_unused]] const auto written = write(stop_, &one, sizeof one);
-    thread_.join();
+    if (thread_.joinable()) thread_.join();
     close(events_);
     close(stop_);
+  }
+
+  void recheck() {
+    const std::lock_guard lock(lock_);
+    for (auto& target : targets_) {
+      // The same folder gives the same watch again, another one a new watch, a missing one none.
+      const int watch =
+          inotify_add_watch(events_, target.folder.c_str(), folderEvents | IN_MASK_ADD);
+      if (watch != (target.present ? target.watch : -1)) aim(target);
+    }
   }
 
  private:
@@ -66,6 +78,7 @@ class FolderWatcher::Worker {
 
   /// Reads all waiting events; true when a watched folder was concerned.
   bool takeEvents() {
+    const std::lock_guard lock(lock_);
     alignas(inotify_event) std::array<char, 16384> buffer;
     bool concerned = false;
     ssize_t count = 0;
@@ -80,8 +93,11 @@ class FolderWatcher::Worker {
   }
 
   bool concerns(const inotify_event& event, std::string_view name) {
-    if (event.mask & IN_Q_OVERFLOW) return true;
     bool concerned = false;
+    if (event.mask & IN_Q_OVERFLOW) {
+      for (auto& target : targets_) aim(target);
+      concerned = true;
+    }
     for (auto& target : targets_) {
       if (target.watch != event.wd) continue;
       const bool gone = (event.mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED)) != 0;
@@ -127,6 +143,7 @@ class FolderWatcher::Worker {
   }
 
   std::function<void()> changed_;
+  std::mutex lock_;  ///< guards the targets
   std::vector<Target> targets_;
   int events_;
   int stop_;
@@ -137,5 +154,7 @@ FolderWatcher::FolderWatcher(std::vector<std::string> folders, std::function<voi
     : worker_(std::make_unique<Worker>(std::move(folders), std::move(changed))) {}
 
 FolderWatcher::~FolderWatcher() = default;
+
+void FolderWatcher::recheck() { worker_->recheck(); }
 
 }  // namespace zelvane::platform

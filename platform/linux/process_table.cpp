@@ -3,9 +3,9 @@
 #include <array>
 #include <charconv>
 #include <cstdio>
-#include <cstdlib>
 #include <dirent.h>
 #include <fcntl.h>
+#include <fstream>
 #include <unistd.h>
 
 #include "platform/linux/proc_stat.h"
@@ -35,6 +35,13 @@ std::optional<std::string> ttyPath(std::int32_t ttyNumber) {
   const std::uint32_t minor = (number & 0xff) | ((number >> 12) & 0xfff00);
   if (major >= 136 && major <= 143) {
     return "/dev/pts/" + std::to_string((major - 136) * 256 + minor);
+  }
+  if (major == 0) return std::nullopt;
+  // Consoles, serial lines and the like: the kernel knows what their device file is called.
+  std::ifstream event("/sys/dev/char/" + std::to_string(major) + ":" + std::to_string(minor) +
+                      "/uevent");
+  for (std::string line; std::getline(event, line);) {
+    if (line.starts_with("DEVNAME=")) return "/dev/" + line.substr(8);
   }
   if (major == 4 && minor < 64) return "/dev/tty" + std::to_string(minor);
   if (major == 4) return "/dev/ttyS" + std::to_string(minor - 64);

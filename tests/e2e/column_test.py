@@ -71,6 +71,13 @@ class ColumnTest(unittest.TestCase):
         self.assertEqual(child.wait(10), 0)
         self.assertEqual(child.stderr.read(), "")
 
+    def test_ends_when_asked_at_any_moment_of_its_start(self):
+        for moment in (0.0, 0.05, 0.1, 0.15, 0.2, 0.3):
+            child = self.machine.start("zelvane-app", "--demo", "1", DISPLAY=self.display.name)
+            time.sleep(moment)  # the moment is what varies, not something waited for
+            child.terminate()
+            self.assertIn(child.wait(10), (0, -15))
+
     def test_a_second_copy_goes_away(self):
         first, _ = self.start_column()
         start = time.monotonic()

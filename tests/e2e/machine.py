@@ -3,6 +3,7 @@ real X server with a window manager. Nothing of the user who runs the tests is t
 import json
 import os
 import pathlib
+import resource
 import shutil
 import subprocess
 import tempfile
@@ -93,9 +94,14 @@ class Machine:
         temporary.write_text(json.dumps(fields, ensure_ascii=False), encoding="utf-8")
         temporary.rename(self.records / f"{session_id}.json")
 
-    def run(self, *arguments, program="zelvane", check=True, **environment):
+    def run(self, *arguments, program="zelvane", check=True, limit=None, **environment):
+        """Runs a program of ours to its end, with at most `limit` bytes of address space."""
+        def set_limit():
+            resource.setrlimit(resource.RLIMIT_AS, (limit, limit))
+
         return subprocess.run([PROGRAMS / program, *arguments], env={**self.env, **environment},
-                              check=check, capture_output=True, text=True, timeout=60)
+                              check=check, capture_output=True, text=True, timeout=60,
+                              preexec_fn=set_limit if limit else None)
 
     def list(self):
         return json.loads(self.run("list", "--json").stdout)

@@ -2,7 +2,7 @@
 
 #include "core/text.h"
 
-#include "app/model/records/row_text.h"
+#include "app/model/records/time_stamp.h"
 
 namespace zelvane {
 namespace {

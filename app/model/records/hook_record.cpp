@@ -1,6 +1,6 @@
 #include "app/model/records/hook_record.h"
 
-#include "app/model/records/row_text.h"
+#include "app/model/records/time_stamp.h"
 
 namespace zelvane {
 namespace {

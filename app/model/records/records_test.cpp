@@ -4,6 +4,7 @@
 #include "app/model/records/hook_record.h"
 #include "app/model/records/session.h"
 #include "app/model/records/theme_id.h"
+#include "app/model/records/time_stamp.h"
 
 namespace zelvane {
 namespace {
@@ -83,6 +84,16 @@ TEST(HookRecordFile, DefaultsWhatIsOfAnotherType) {
                             R"({"todos":[2,5]})", R"({"todos":{"done":true,"total":5}})"}) {
     EXPECT_FALSE(hookRecord(json(todos)).todos) << todos;
   }
+}
+
+TEST(Date, ReadsNumbersOnly) {
+  const Json millis = 1700000000000;
+  const Json seconds = 1700000000.0;
+  EXPECT_EQ(date(&millis, TimeUnit::milliseconds), date(&seconds, TimeUnit::seconds));
+  for (const Json& other : {Json("1"), Json(true), Json(nullptr), Json::object()}) {
+    EXPECT_FALSE(date(&other, TimeUnit::seconds));
+  }
+  EXPECT_FALSE(date(nullptr, TimeUnit::seconds));
 }
 
 TEST(State, OrdersAndEnds) {

@@ -148,12 +148,6 @@ Time todayStart(Time time) {
   return timeAt(static_cast<double>(fourOClock(noonBefore).value_or(*candidate)));
 }
 
-std::optional<Time> date(const Json* value, TimeUnit unit) {
-  if (!value || !value->is_number()) return std::nullopt;
-  const double number = value->get<double>();
-  return timeAt(unit == TimeUnit::milliseconds ? number / 1000 : number);
-}
-
 std::string stateLabel(ZelvaneState state) {
   switch (state) {
     case ZelvaneState::waiting:

@@ -5,7 +5,6 @@
 #include <string>
 #include <string_view>
 
-#include "core/json_file.h"
 #include "core/time.h"
 
 #include "app/model/records/session.h"
@@ -35,11 +34,6 @@ std::string workingTime(Seconds elapsed);
 
 /// The start, at 04:00 local time, of the day that contains the time.
 Time todayStart(Time time);
-
-enum class TimeUnit { seconds, milliseconds };
-
-/// A time stamp of a JSON file, counted from 1970; nothing unless it is a number.
-std::optional<Time> date(const Json* value, TimeUnit unit);
 
 /// The label of a state: "확인 필요", "작업 중", …
 std::string stateLabel(ZelvaneState state);

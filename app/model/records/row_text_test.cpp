@@ -162,15 +162,5 @@ TEST(TodayStart, FollowsTheClocksWhenTheyChange) {
   }
 }
 
-TEST(Date, ReadsNumbersOnly) {
-  const Json millis = 1700000000000;
-  const Json seconds = 1700000000.0;
-  EXPECT_EQ(date(&millis, TimeUnit::milliseconds), date(&seconds, TimeUnit::seconds));
-  for (const Json& other : {Json("1"), Json(true), Json(nullptr), Json::object()}) {
-    EXPECT_FALSE(date(&other, TimeUnit::seconds));
-  }
-  EXPECT_FALSE(date(nullptr, TimeUnit::seconds));
-}
-
 }  // namespace
 }  // namespace zelvane

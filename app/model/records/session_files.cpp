@@ -11,7 +11,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // Real ones are about a kilobyte, records a few. Larger ones are not read at all.
-constexpr std::size_t largestSessionFile = std::size_t{1} << 20;
+constexpr std::size_t largestSessionFile = std::size_t{64} << 10;
 constexpr std::size_t largestHookRecord = std::size_t{8} << 20;
 
 constexpr Seconds rewriteWindow(2.0);
@@ -23,7 +23,9 @@ std::vector<std::string> jsonFilesOf(const std::string& folder) {
   std::error_code failed;
   for (auto entry = fs::directory_iterator(folder, failed); !failed && entry != fs::end(entry);
        entry.increment(failed)) {
-    if (entry->path().native().ends_with(".json")) paths.push_back(entry->path().string());
+    // A link is none of the client's, and could lead to one of its secrets.
+    const bool plain = fs::is_regular_file(entry->symlink_status(failed));
+    if (plain && entry->path().native().ends_with(".json")) paths.push_back(entry->path().string());
   }
   std::sort(paths.begin(), paths.end());
   return paths;
@@ -37,27 +39,37 @@ bool changedJustNow(const std::string& path, Time now) {
   return now - changed < rewriteWindow && changed - now < rewriteWindow;
 }
 
+/// One session file: what it says, and whether it could be read at all.
+struct Reading {
+  bool whole = false;
+  std::optional<ClaudeProc> proc;
+};
+
+Reading readSessionFile(const std::string& path) {
+  const auto file = readJSON(path, largestSessionFile);
+  return {file.has_value(), file ? claudeProc(*file) : std::nullopt};
+}
+
 }  // namespace
 
 std::vector<ClaudeProc> readSessionFiles(const std::string& folder, Time now, const Pause& pause) {
   const auto paths = jsonFilesOf(folder);
-  std::vector<std::optional<Json>> files(paths.size());
+  std::vector<Reading> readings;
   std::vector<std::size_t> unread;
-  for (std::size_t i = 0; i < paths.size(); ++i) {
-    files[i] = readJSON(paths[i], largestSessionFile);
-    if (!files[i] && changedJustNow(paths[i], now)) unread.push_back(i);
+  for (const auto& path : paths) {
+    readings.push_back(readSessionFile(path));
+    if (!readings.back().whole && changedJustNow(path, now)) unread.push_back(readings.size() - 1);
   }
   for (int look = 0; look < furtherLooks && !unread.empty(); ++look) {
     pause(betweenLooks);
     std::erase_if(unread, [&](std::size_t i) {
-      files[i] = readJSON(paths[i], largestSessionFile);
-      return files[i].has_value();
+      readings[i] = readSessionFile(paths[i]);
+      return readings[i].whole;
     });
   }
   std::vector<ClaudeProc> procs;
-  for (const auto& file : files) {
-    auto proc = file ? claudeProc(*file) : std::nullopt;
-    if (proc) procs.push_back(std::move(*proc));
+  for (auto& reading : readings) {
+    if (reading.proc) procs.push_back(std::move(*reading.proc));
   }
   return procs;
 }

@@ -79,8 +79,8 @@ RefreshInputs gather(const RefreshSources& sources, const RefreshMemory& memory,
   inputs.choices = std::move(choices);
   inputs.home = sources.home;
   inputs.live = liveSessions(sources, now);
-  if (sources.terminalRunning() &&
-      titlesWanted(memory, ttysOf(inputs.live), inputs.choices.visible, now)) {
+  if (titlesWanted(memory, ttysOf(inputs.live), inputs.choices.visible, now) &&
+      sources.terminalRunning()) {
     inputs.titles = sources.terminalTitles();
   }
   if (frontMatters(inputs, now)) inputs.frontTTY = sources.frontTTY();

@@ -28,7 +28,10 @@ struct FakeMachine {
     doors.hookRecord = [this](const std::string& id) {
       return hooks.contains(id) ? std::optional(hooks[id]) : std::nullopt;
     };
-    doors.terminalRunning = [this] { return terminal; };
+    doors.terminalRunning = [this] {
+      asked.push_back("running");
+      return terminal;
+    };
     doors.terminalTitles = [this] {
       asked.push_back("titles");
       return TabTitles{{"/dev/pts/1", "tab"}};
@@ -73,13 +76,14 @@ TEST(Gather, AsksTerminalsOnlyWhenNeeded) {
   machine.hooks["a"] = finished();
   const auto inputs = gather(machine.sources(), {}, {}, now);
   EXPECT_TRUE(inputs.titles && inputs.frontTTY);
-  EXPECT_THAT(machine.asked, ElementsAre("titles", "front", "notes a"));
+  EXPECT_THAT(machine.asked, ElementsAre("running", "titles", "front", "notes a"));
 
   machine.asked.clear();
   machine.terminal = false;
   EXPECT_FALSE(
       gather(machine.sources(), {}, {.acked = {{"a", secondsSince1970(now)}}}, now).frontTTY);
-  EXPECT_THAT(machine.asked, ElementsAre("notes a")) << "no terminal runs, the turn was seen";
+  EXPECT_THAT(machine.asked, ElementsAre("running", "notes a"))
+      << "no terminal runs, the turn was seen";
 }
 
 TEST(Gather, FetchesTheNotesThatMayMove) {

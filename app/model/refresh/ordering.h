@@ -8,8 +8,8 @@
 
 namespace zelvane {
 
-/// Sorts the rows for display: ongoing ones first; among equals pinned ones, in the order of the
-/// pins; then by urgency, then the latest first. Rows that tie keep their order.
+/// Sorts the rows for display: ongoing ones first; within them and within the rest pinned ones, in
+/// the order of the pins; then by urgency, then the latest first. Rows that tie keep their order.
 void orderRows(std::vector<ZelvaneSession>& rows, const std::vector<std::string>& pins);
 
 }  // namespace zelvane

@@ -53,7 +53,7 @@ void keepTitles(const RefreshInputs& inputs, Time now, RefreshMemory& memory) {
 std::map<std::string, NotesEntry> carried(std::map<std::string, NotesEntry> notes,
                                           const std::vector<NotesCarry>& carries) {
   for (const auto& [from, to] : carries) {
-    if (notes[to].empty()) notes[to] = notes[from];
+    if (mayCarry(notes[from], notes[to])) notes[to] = notes[from];
   }
   return notes;
 }

@@ -69,6 +69,7 @@ struct RefreshMemory {
   std::map<std::int32_t, std::string> sidByPid;  ///< the session last seen in each process
   std::map<std::string, Carry> pendingCarry;     ///< by new session id
   std::map<std::string, std::int64_t> friendOf;  ///< character by session id
+  std::map<std::string, double> friendSeen;      ///< when each was last seen, since 1970
 };
 
 /// The notes of one session to be copied to another.

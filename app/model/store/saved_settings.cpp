@@ -9,33 +9,32 @@ constexpr Seconds ackedLifetime(604'800);
 
 /// A map of text to numbers: all of it, or empty when any value is something else.
 template <typename Number>
-std::map<std::string, Number> numbers(const UserDefaults& defaults, const std::string& key) {
-  const auto value = defaults.value(key);
+std::map<std::string, Number> numbers(const Json& defaults, const std::string& key) {
+  const Json* value = get::dict(defaults, key);
   const auto isNumber = [](const Json& item) {
     return std::is_floating_point_v<Number> ? item.is_number() : item.is_number_integer();
   };
-  if (!value || !value->is_object() || !std::all_of(value->begin(), value->end(), isNumber)) {
+  if (!value || !std::all_of(value->begin(), value->end(), isNumber)) {
     return {};
   }
   return value->get<std::map<std::string, Number>>();
 }
 
-std::vector<std::string> texts(const UserDefaults& defaults, const std::string& key) {
-  const auto value = defaults.value(key);
+std::vector<std::string> texts(const Json& defaults, const std::string& key) {
+  const Json* value = get::list(defaults, key);
   const auto isText = [](const Json& item) { return item.is_string(); };
-  if (!value || !value->is_array() || !std::all_of(value->begin(), value->end(), isText)) return {};
+  if (!value || !std::all_of(value->begin(), value->end(), isText)) return {};
   return value->get<std::vector<std::string>>();
 }
 
 }  // namespace
 
-SavedSettings savedSettings(const UserDefaults& defaults, Time now) {
+SavedSettings savedSettings(const UserDefaults& userDefaults, Time now) {
+  const Json defaults = userDefaults.values();
   SavedSettings settings;
-  const auto theme = defaults.value("theme");
-  if (theme && theme->is_string()) {
-    settings.theme = themeFromRawValue(theme->get<std::string>()).value_or(ThemeID::c);
-  }
-  const auto anchorTop = defaults.value("anchorTop");
+  const auto theme = get::str(defaults, "theme");
+  settings.theme = themeFromRawValue(theme.value_or("")).value_or(ThemeID::c);
+  const Json* anchorTop = get::any(defaults, "anchorTop");
   if (anchorTop && anchorTop->is_boolean()) settings.anchorTop = anchorTop->get<bool>();
   settings.pinned = texts(defaults, "pinned");
   settings.acked = numbers<double>(defaults, "acked");

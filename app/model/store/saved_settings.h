@@ -23,6 +23,6 @@ struct SavedSettings {
 };
 
 /// Reads them; a value of another type counts as absent.
-SavedSettings savedSettings(const UserDefaults& defaults, Time now);
+SavedSettings savedSettings(const UserDefaults& userDefaults, Time now);
 
 }  // namespace zelvane

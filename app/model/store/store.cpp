@@ -30,15 +30,18 @@ std::shared_ptr<ZelvaneStore> ZelvaneStore::create(Options options) {
 ZelvaneStore::ZelvaneStore(Options options)
     : options_(std::move(options)),
       readOnly_(options_.readOnly),
-      notes_(std::make_shared<NotesStore>(NotesStore::Options{
+      notes_(std::make_unique<NotesStore>(NotesStore::Options{
           .dir = options_.notesDir, .readOnly = readOnly_, .clock = options_.clock})),
-      q_(std::make_shared<SerialQueue>("zelvane.refresh")) {
+      q_("zelvane.refresh") {
   auto saved = savedSettings(*options_.defaults, options_.clock());
   theme_ = saved.theme;
   anchorTop_ = saved.anchorTop;
   pinned_ = saved.pinned;
-  options_.sources.notes = [notes = notes_](const std::string& id) { return notes->entry(id); };
+  options_.sources.notes = [notes = notes_.get()](const std::string& id) {
+    return notes->entry(id);
+  };
   memory_.friendOf = std::move(saved.friendOf);
+  memory_.friendSeen = std::move(saved.friendSeen);
   shared_ = {.acked = std::move(saved.acked),
              .pins = std::move(saved.pinned),
              .visible = visible_,
@@ -52,34 +55,33 @@ void ZelvaneStore::start() {
     std::error_code ignored;
     std::filesystem::create_directories(options_.hookSessions, ignored);
   }
-  // The watcher's own thread never holds the store: it must not be the one to destroy it.
-  watcher_ = std::make_unique<platform::FolderWatcher>(
-      options_.watchedFolders,
-      [q = q_, request = weakly(&ZelvaneStore::requestPass)] { q->post(request); });
-  q_->postEvery(options_.tick, weakly(&ZelvaneStore::requestPass));
+  watcher_ = std::make_unique<platform::FolderWatcher>(options_.watchedFolders,
+                                                       [this] { scheduleRefresh(); });
+  q_.postEvery(options_.tick, [this] { tick(); });
   refreshNow();
 }
 
-void ZelvaneStore::refreshNow() { q_->post(weakly(&ZelvaneStore::runPass)); }
+void ZelvaneStore::refreshNow() {
+  q_.post([this] { runPass(); });
+}
 
-void ZelvaneStore::scheduleRefresh() { q_->post(weakly(&ZelvaneStore::requestPass)); }
+void ZelvaneStore::scheduleRefresh() {
+  q_.post([this] { requestPass(); });
+}
 
-/// A call of the method that does nothing once the store is gone.
-std::function<void()> ZelvaneStore::weakly(void (ZelvaneStore::*method)()) {
-  return [weak = weak_from_this(), method] {
-    if (const auto self = weak.lock()) ((*self).*method)();
-  };
+/// On the refresh queue.
+void ZelvaneStore::tick() {
+  watcher_->recheck();
+  requestPass();
 }
 
 /// On the refresh queue: one pass, a moment later, for all requests until then.
 void ZelvaneStore::requestPass() {
   if (pendingRefresh_) return;
   pendingRefresh_ = true;
-  q_->postAfter(options_.coalescing, [weak = weak_from_this()] {
-    const auto self = weak.lock();
-    if (!self) return;
-    self->pendingRefresh_ = false;
-    self->runPass();
+  q_.postAfter(options_.coalescing, [this] {
+    pendingRefresh_ = false;
+    runPass();
   });
 }
 
@@ -100,6 +102,7 @@ void ZelvaneStore::followNotesProblem() {
 /// On the refresh queue: fetches, decides, does what was decided, hands the rows to the main
 /// thread.
 void ZelvaneStore::runPass() {
+  if (showsSamples_) return;
   const Time now = options_.clock();
   notes_->reloadIfChanged();
   const auto inputs = gather(options_.sources, memory_, choices(), now);
@@ -133,7 +136,8 @@ void ZelvaneStore::publish(std::vector<ZelvaneSession> rows) {
 }
 
 void ZelvaneStore::notify(Change change) {
-  for (const auto& observer : observers_) observer(change);
+  // By index: an observer may add another.
+  for (std::size_t i = 0; i < observers_.size(); ++i) observers_[i](change);
 }
 
 bool ZelvaneStore::clockNeeded() const { return zelvane::clockNeeded(visible_, sessions_); }
@@ -198,15 +202,13 @@ void ZelvaneStore::ack(const std::string& id) { acknowledge(id); }
 
 /// Any thread: marks at once, saves on the main thread.
 void ZelvaneStore::acknowledge(const std::string& id) {
-  std::map<std::string, double> acked;
   {
     const std::lock_guard lock(lock_);
     shared_.acked[id] = secondsSince1970(options_.clock());
-    acked = shared_.acked;
   }
-  options_.mainThread([weak = weak_from_this(), acked = std::move(acked)] {
+  options_.mainThread([weak = weak_from_this()] {
     const auto self = weak.lock();
-    if (self && !self->readOnly_) self->options_.defaults->set("acked", acked);
+    if (self && !self->readOnly_) self->options_.defaults->set("acked", self->choices().acked);
   });
 }
 
@@ -219,6 +221,7 @@ void ZelvaneStore::setReadOnly() {
 
 void ZelvaneStore::showSamples(std::vector<ZelvaneSession> rows) {
   setReadOnly();
+  showsSamples_ = true;
   sessions_ = std::move(rows);
   notify(Change::sessions);
 }

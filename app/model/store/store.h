@@ -3,6 +3,7 @@
 // results come back through the executor that the owner hands in.
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <memory>
@@ -49,8 +50,7 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
     std::string notesDir;                     ///< folder of the notes
     std::string hookSessions;                 ///< hook records; made by `start` unless read-only
     std::vector<std::string> watchedFolders;  ///< a change in one of them asks for a pass
-    std::optional<std::string> restoreScript = std::nullopt;
-    bool readOnly = false;  ///< nothing that the user owns is written
+    bool readOnly = false;                    ///< nothing of the user's is written but pins
     Seconds tick = Seconds(10.0);
     Seconds coalescing = Seconds(1.0);
   };
@@ -60,6 +60,7 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
 
   /// Loads the saved settings; starts nothing.
   static std::shared_ptr<ZelvaneStore> create(Options options);
+  /// On the main thread. Waits for a pass that still runs, then for the notes to be saved.
   ~ZelvaneStore();
   ZelvaneStore(const ZelvaneStore&) = delete;
   ZelvaneStore& operator=(const ZelvaneStore&) = delete;
@@ -102,7 +103,7 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
   /// Notes that the user looked at the session now: what finished before is not news any more.
   void ack(const std::string& id);
 
-  /// From here on nothing is written (see Options::readOnly).
+  /// From here on nothing is written but pins.
   void setReadOnly();
   /// Shows these rows instead of live ones; the store becomes read-only and must not be started.
   void showSamples(std::vector<ZelvaneSession> rows);
@@ -117,7 +118,7 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
   void acknowledge(const std::string& id);
   void setPinned(std::vector<std::string> pinned);
   void notify(Change change);
-  std::function<void()> weakly(void (ZelvaneStore::*method)());
+  void tick();
   UserChoices choices();
 
   // Main thread.
@@ -141,12 +142,16 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
   RefreshMemory memory_;
   bool pendingRefresh_ = false;
 
+  std::atomic<bool> showsSamples_ = false;  ///< then no pass runs
+
   // Both, under the lock.
   std::mutex lock_;
   UserChoices shared_;
 
-  std::shared_ptr<NotesStore> notes_;
-  std::shared_ptr<SerialQueue> q_;
+  std::unique_ptr<NotesStore> notes_;
+
+  // Last, so that they end first: their tasks use everything above.
+  SerialQueue q_;
   std::unique_ptr<platform::FolderWatcher> watcher_;
 };
 

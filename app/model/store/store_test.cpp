@@ -262,14 +262,22 @@ TEST_F(StoreFixture, ShowsTheNotesProblem) {
   onMain([&] { EXPECT_EQ(store_->notesProblem(), "다른 문제"); });
 }
 
-TEST_F(StoreFixture, MayEndInTheMiddleOfAPass) {
+TEST_F(StoreFixture, EndsAfterTheRunningPassAndWithSavedNotes) {
   blockPass_ = true;
   create(options());
+  onMain([&] { store_->notes().setMemo("a", "방금 적은 것"); });
   store_->refreshNow();
   while (running_ == 0) std::this_thread::yield();
-  std::thread end([this] { onMain([this] { store_.reset(); }); });
+  EventCounter ended;
+  loop_.post([&] {
+    store_.reset();
+    EXPECT_EQ(running_, 0);
+    ended.add();
+  });
   unblock_.add();
-  end.join();
+  ASSERT_TRUE(ended.waitFor(1));
+  EXPECT_EQ(NotesStore({.dir = folder_.path("notes"), .readOnly = true}).entry("a").memo,
+            "방금 적은 것");
 }
 
 TEST(SavedSettings, TreatOtherTypesAsAbsent) {

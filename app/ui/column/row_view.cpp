@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "core/localization.h"
-#include "core/text.h"
+#include "core/unicode.h"
 
 #include "app/model/records/row_text.h"
 
@@ -70,7 +70,7 @@ void fillSmall(RowView& view, const ZelvaneSession& session, const RowContext& c
 RowText modelAndEffort(const ZelvaneSession& session, const ThemeSpec& theme) {
   std::string text = session.model;
   if (!session.effort.empty()) text += " / " + effortName(session.effort);
-  return {oneLine(text), theme.fg, Weight::medium, modelOpacity};
+  return {printable(text), theme.fg, Weight::medium, modelOpacity};
 }
 
 void fillBig(RowView& view, const ZelvaneSession& session, const RowContext& context) {
@@ -92,8 +92,8 @@ void fillBig(RowView& view, const ZelvaneSession& session, const RowContext& con
 }
 
 std::string spokenName(const ZelvaneSession& session) {
-  std::string name = oneLine(session.title) + ", " + stateLabel(session.state);
-  if (!session.subtitle.empty()) name += ", " + oneLine(session.subtitle);
+  std::string name = printable(session.title) + ", " + stateLabel(session.state);
+  if (!session.subtitle.empty()) name += ", " + printable(session.subtitle);
   return name;
 }
 
@@ -104,8 +104,8 @@ RowView rowView(const ZelvaneSession& session, const RowContext& context) {
   const bool big = session.pinned || session.state == ZelvaneState::waiting || context.expanded;
   view.size = big ? RowSize::big : RowSize::small;
   view.dot = stateDot(session.state, context.theme);
-  view.title = {oneLine(session.title), context.theme.fg};
-  view.subtitle = {oneLine(session.subtitle), context.theme.sub};
+  view.title = {printable(session.title), context.theme.fg};
+  view.subtitle = {printable(session.subtitle), context.theme.sub};
   view.memo = {session.memo.value_or(""), context.theme.fg};
   view.line = context.theme.line;
   view.accessibleName = spokenName(session);

@@ -14,9 +14,13 @@ namespace {
 
 void paintText(QPainter& painter, const PlacedText& placed) {
   if (placed.text.isEmpty()) return;
+  painter.save();
+  // Glyphs of a fallback font may be wider than what was measured.
+  painter.setClipRect(placed.box);
   painter.setFont(placed.font);
   painter.setPen(placed.color);
   painter.drawText(QPointF(placed.box.left(), placed.baseline), placed.text);
+  painter.restore();
 }
 
 /// A sheet with three lines.

@@ -131,26 +131,23 @@ bool ColumnPanel::eventFilter(QObject* watched, QEvent* event) {
 
 void ColumnPanel::lookAround() {
   const bool exposed = windowHandle() && windowHandle()->isExposed();
-  covered_ = exposed && window_ && window_->covered();
+  const bool covered = exposed && window_ && window_->covered();
   updateShape();
-  setLooksOften(looksOften_);
-  const bool seen = exposed && !covered_;
+  const bool seen = exposed && !covered;
   if (std::exchange(seen_, seen) != seen) onVisible_(seen);
 }
 
 void ColumnPanel::setLooksOften(bool often) {
-  looksOften_ = often;
   // A window that merely moves away from in front of this one is reported by nobody.
-  const bool needed = covered_ || looksOften_;
-  if (needed && !look_.isActive()) look_.start();
-  if (!needed) look_.stop();
+  if (often && !look_.isActive()) look_.start();
+  if (!often) look_.stop();
 }
 
 void ColumnPanel::beginDrag() {
   if (animation_.state() == QAbstractAnimation::Running) return;
   dragging_ = true;
   dragStart_ = {width(), height()};
-  chosenAtStart_ = size_.chosen();
+  chosenAtStart_ = chosenByDrag_ = size_.chosen();
 }
 
 void ColumnPanel::dragBy(int wider, int taller) {
@@ -158,7 +155,7 @@ void ColumnPanel::dragBy(int wider, int taller) {
   if (!dragging_ || !screen) return;
   const Extent wanted{dragStart_.width + wider, dragStart_.height + taller};
   const Extent now = draggedSize(dragStart_, wanted, *screen);
-  size_.set(chosenAfterDrag(chosenAtStart_, dragStart_, now));
+  chosenByDrag_ = chosenAfterDrag(chosenAtStart_, dragStart_, now);
   QRect frame = geometry();
   frame.setLeft(frame.right() + 1 - now.width);
   if (anchor_ == Anchor::top) {
@@ -170,7 +167,9 @@ void ColumnPanel::dragBy(int wider, int taller) {
 }
 
 void ColumnPanel::endDrag() {
-  if (std::exchange(dragging_, false)) place();
+  if (!std::exchange(dragging_, false)) return;
+  size_.set(chosenByDrag_);
+  place();
 }
 
 }  // namespace zelvane

@@ -58,10 +58,9 @@ class ColumnPanel : public QWidget {
   bool dragging_ = false;
   Extent dragStart_;
   ChosenSize chosenAtStart_;
+  ChosenSize chosenByDrag_;
 
   bool seen_ = true;
-  bool covered_ = false;
-  bool looksOften_ = false;
   QTimer look_;
   EdgeGrip leftGrip_;
   EdgeGrip freeGrip_;  ///< at the edge that the panel is not anchored to

@@ -21,6 +21,14 @@ TEST(PanelMenu, ChecksFollowTheState) {
   EXPECT_EQ(checkedTitles({ThemeID::b, Anchor::top}), (Titles{"  따뜻한 사무실", "위에 붙이기"}));
 }
 
+TEST(PanelMenu, HasItsItemsInOrder) {
+  std::vector<std::string> titles;
+  for (const auto& item : panelMenu({})) titles.push_back(item.title);
+  EXPECT_EQ(titles, (std::vector<std::string>{"테마", "  미니멀", "  픽셀", "  따뜻한 사무실", "",
+                                              "위에 붙이기", "아래에 붙이기", "크기 원래대로", "",
+                                              "새로고침", "", "Zelvane 끝내기"}));
+}
+
 TEST(PanelMenu, ResetIsOfferedOnlyWhenThereIsSomethingToReset) {
   for (const bool custom : {false, true}) {
     const auto items = panelMenu({.customSize = custom});
