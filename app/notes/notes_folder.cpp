@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
-#include <thread>
 #include <unistd.h>
 
 #include "core/localization.h"
@@ -16,7 +15,6 @@ namespace {
 using State = NotesFolder::Main::State;
 
 constexpr Seconds staleAfter(3600);
-constexpr Seconds turnPoll(0.01);
 constexpr int temporaryNames = 100;
 constexpr std::int64_t keptNames = 100;
 constexpr std::uint32_t privateMode = 0600;
@@ -167,7 +165,11 @@ std::error_code NotesFolder::sync() {
 }
 
 std::error_code NotesFolder::appendToLog(std::string_view lines) {
-  return disk_->appendLines(path("removed-notes.jsonl"), lines);
+  const auto log = path("removed-notes.jsonl");
+  const bool isNew = !disk_->exists(log);
+  const auto failed = disk_->appendLines(log, lines);
+  // The save that follows forgets the texts: the name of their log must not get lost after that.
+  return failed || !isNew ? failed : disk_->syncFolder(dir_);
 }
 
 }  // namespace zelvane

@@ -1,5 +1,7 @@
 #include "app/notes/notes_memory.h"
 
+#include <utility>
+
 namespace zelvane {
 namespace {
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <future>
+#include <utility>
 
 #include "core/localization.h"
 
@@ -26,7 +27,7 @@ std::string described(const std::error_code& failed) {
 
 }  // namespace
 
-NotesStore::NotesStore(Options options)
+NotesStore::NotesStore(const Options& options)
     : clock_(options.clock),
       saveDelay_(options.saveDelay),
       retryDelay_(options.retryDelay),
@@ -57,7 +58,7 @@ std::optional<std::string> NotesStore::problem() const {
   return problem_;
 }
 
-void NotesStore::setProblem(std::optional<std::string> problem) {
+void NotesStore::setProblem(const std::optional<std::string>& problem) {
   ProblemObserver observer;
   {
     const std::lock_guard lock(lock_);

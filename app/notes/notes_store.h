@@ -31,7 +31,7 @@ class NotesStore {
   using ProblemObserver = std::function<void(const std::optional<std::string>& problem)>;
 
   /// Loads what lies in the folder.
-  explicit NotesStore(Options options);
+  explicit NotesStore(const Options& options);
   /// Saves what is not saved yet. Must not run on a callback of this store.
   ~NotesStore();
   NotesStore(const NotesStore&) = delete;
@@ -41,7 +41,7 @@ class NotesStore {
   NotesEntry entry(const std::string& id) const;
   /// What the user must know about his notes, as a sentence; nothing while all is well.
   std::optional<std::string> problem() const;
-  void setProblem(std::optional<std::string> problem);
+  void setProblem(const std::optional<std::string>& problem);
   void onProblem(ProblemObserver observer);
 
   /// Changes a session's title: cleaned to one line of at most 80 characters; none or blank removes

@@ -4,6 +4,7 @@
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
 #include <QtGui/QRegion>
+#include <QtGui/QResizeEvent>
 #include <QtWidgets/QMenu>
 #include <algorithm>
 
