@@ -41,9 +41,11 @@ SerialQueue::SerialQueue(const std::string& label) : state_(std::make_unique<Sta
   });
 }
 
-SerialQueue::~SerialQueue() {
+SerialQueue::~SerialQueue() { stop(); }
+
+void SerialQueue::stop() {
   state_->context.stop();
-  state_->thread.join();
+  if (state_->thread.joinable()) state_->thread.join();
 }
 
 void SerialQueue::post(Task task) { asio::post(state_->context, std::move(task)); }

@@ -18,11 +18,14 @@ class SerialQueue {
 
   /// Starts the thread, which sleeps while there is nothing to do; the label names it.
   explicit SerialQueue(const std::string& label);
-  /// Waits for the running task, drops all waiting ones. Not to be called by one of its tasks.
+  /// Stops.
   ~SerialQueue();
   SerialQueue(const SerialQueue&) = delete;
   SerialQueue& operator=(const SerialQueue&) = delete;
 
+  /// Waits for the running task and drops all waiting ones; what is posted from then on never runs.
+  /// Not to be called by one of its tasks.
+  void stop();
   /// Runs the task after all those posted before. Any thread.
   void post(Task task);
   /// Posts the task once the delay has passed. Any thread.

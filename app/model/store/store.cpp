@@ -48,7 +48,12 @@ ZelvaneStore::ZelvaneStore(Options options)
              .readOnly = readOnly_};
 }
 
-ZelvaneStore::~ZelvaneStore() = default;
+ZelvaneStore::~ZelvaneStore() {
+  // The queue's tasks use the watcher, and the watcher asks the queue for passes: the queue stops
+  // first, while the watcher still lives, and is still there for the watcher's last request.
+  q_.stop();
+  watcher_.reset();
+}
 
 void ZelvaneStore::start() {
   if (!readOnly_) {

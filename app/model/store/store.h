@@ -150,7 +150,7 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
 
   std::unique_ptr<NotesStore> notes_;
 
-  // Last, so that they end first: their tasks use everything above.
+  // Their threads use everything above; the destructor stops them before anything else.
   SerialQueue q_;
   std::unique_ptr<platform::FolderWatcher> watcher_;
 };
