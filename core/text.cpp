@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <ctime>
@@ -32,11 +31,9 @@ std::u32string folded(std::u32string_view text, Predicate isSeparator) {
 
 std::string numberText(const Json& number) {
   if (number.get<double>() == 0) return {};
-  if (!number.is_number_float()) return number.dump();
-  std::array<char, 32> digits;
-  const auto end =
-      std::to_chars(digits.data(), digits.data() + digits.size(), number.get<double>());
-  return {digits.data(), end.ptr};
+  auto digits = number.dump();
+  if (digits.ends_with(".0")) digits.resize(digits.size() - 2);
+  return digits;
 }
 
 std::string plainText(const Json& value) {
@@ -108,9 +105,7 @@ bool isSafeFileName(std::string_view text) {
 }
 
 std::string PosixFormatter::string(Time time) const {
-  constexpr double beyondCalendars = 1e12;
-  const auto seconds = static_cast<std::time_t>(
-      std::clamp(std::floor(secondsSince1970(time)), -beyondCalendars, beyondCalendars));
+  const std::time_t seconds = wholeSeconds(time);
   std::tm parts{};
   localtime_r(&seconds, &parts);
   std::string result;

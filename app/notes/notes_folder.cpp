@@ -102,7 +102,7 @@ bool NotesFolder::keepCorrupt(const std::string& base, NotesAccess access) {
   });
   if (kept) return true;
   if (access == NotesAccess::readOnly) return false;
-  const auto now = static_cast<std::int64_t>(std::floor(secondsSince1970(clock_())));
+  const auto now = wholeSeconds(clock_());
   // Two different damaged files within one second are both kept. On a disk that tells nothing any
   // more every name looks taken.
   for (std::int64_t second = now; second < now + keptNames; ++second) {

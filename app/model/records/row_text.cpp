@@ -131,9 +131,8 @@ std::optional<std::time_t> fourOClock(const std::tm& day) {
 }  // namespace
 
 Time todayStart(Time time) {
-  const double seconds = std::floor(secondsSince1970(time));
-  if (!(std::abs(seconds) < 1e12)) return time;  // no calendar reaches there
-  const auto moment = static_cast<std::time_t>(seconds);
+  if (!(std::abs(secondsSince1970(time)) < 1e12)) return time;  // no calendar reaches there
+  const std::time_t moment = wholeSeconds(time);
   std::tm day{};
   localtime_r(&moment, &day);
   const auto candidate = fourOClock(day);

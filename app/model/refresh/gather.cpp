@@ -6,11 +6,28 @@
 #include "core/paths.h"
 #include "core/process.h"
 
+#include "app/hook/record_file.h"
+#include "app/hook/upkeep.h"
 #include "app/model/records/session_files.h"
 #include "app/model/refresh/row_rules.h"
 
 namespace zelvane {
 namespace {
+
+ClientWord wordOf(const ClaudeProc& proc) { return {proc.status, proc.updatedAt}; }
+
+/// No hook tells that a dialog was answered or a turn interrupted; the client's own file does.
+void followClient(LiveSession& live) {
+  if (!live.hook) return;
+  HookRecord& hook = *live.hook;
+  const auto state = stateByClient(hook.state, hook.updatedAt, wordOf(live.proc));
+  if (!state) return;
+  live.recordOutdated = true;
+  hook.state = *state;
+  hook.reason.clear();
+  hook.updatedAt = live.proc.updatedAt;
+  if (*state == "idle") hook.workingSince.reset();
+}
 
 std::vector<LiveSession> liveSessions(const RefreshSources& sources, Time now) {
   std::vector<LiveSession> live;
@@ -20,6 +37,7 @@ std::vector<LiveSession> liveSessions(const RefreshSources& sources, Time now) {
     if (!tty) continue;
     auto hook = sources.hookRecord(proc.sessionId);
     live.push_back({std::move(proc), std::move(*tty), std::move(hook)});
+    followClient(live.back());
   }
   return live;
 }
@@ -69,6 +87,10 @@ RefreshSources systemSources() {
   sources.tty = Procs::tty;
   sources.hookRecord = [](const std::string& id) {
     return readHookRecord(Paths::hookSessions(), id);
+  };
+  sources.keepRecordUp = [](const ClaudeProc& proc) {
+    (void)changeRecord(RecordFolder::in(Paths::zelvane()), proc.sessionId,
+                       [&](Json& record) { keepUp(record, wordOf(proc)); });
   };
   return sources;
 }

@@ -17,6 +17,8 @@ struct RefreshSources {
   std::function<std::vector<ClaudeProc>(Time now)> claudeProcs;
   std::function<std::optional<std::string>(std::int32_t pid)> tty;
   std::function<std::optional<HookRecord>(const std::string& id)> hookRecord;
+  /// Rewrites the session's hook record to fit what the client says in its own file.
+  std::function<void(const ClaudeProc&)> keepRecordUp = [](const auto&) {};
   std::function<bool()> terminalRunning = [] { return false; };
   std::function<TabTitles()> terminalTitles = [] { return TabTitles(); };
   std::function<std::optional<std::string>()> frontTTY = [] { return std::nullopt; };

@@ -64,6 +64,31 @@ TEST(Gather, DropsProcessesWithoutATerminal) {
   EXPECT_EQ(inputs.live[1].tty, "/dev/pts/3");
 }
 
+TEST(Gather, BelievesTheClientsNewerWordAboutARecord) {
+  HookRecord waiting;
+  waiting.state = "waiting";
+  waiting.reason = "질문: 색?";
+  waiting.updatedAt = now - Seconds(5);
+  waiting.workingSince = now - Seconds(60);
+  const auto after = [&](const std::string& status, Time at) {
+    FakeMachine machine{.procs = {{1, "a", "", status, at}},
+                        .ttys = {{1, "/dev/pts/1"}},
+                        .hooks = {{"a", waiting}}};
+    return gather(machine.sources(), {}, {}, now).live.at(0);
+  };
+  const auto approved = after("busy", now);
+  EXPECT_TRUE(approved.recordOutdated);
+  EXPECT_EQ(approved.hook->state, "working");
+  EXPECT_EQ(approved.hook->reason, "");
+  EXPECT_EQ(approved.hook->workingSince, waiting.workingSince);
+  const auto dismissed = after("idle", now);
+  EXPECT_EQ(dismissed.hook->state, "idle");
+  EXPECT_EQ(dismissed.hook->workingSince, std::nullopt);
+  const auto older = after("busy", now - Seconds(6));
+  EXPECT_FALSE(older.recordOutdated);
+  EXPECT_EQ(older.hook, waiting);
+}
+
 TEST(Gather, AsksTerminalsOnlyWhenNeeded) {
   FakeMachine machine{.procs = {{1, "a"}}, .ttys = {{1, "/dev/pts/1"}}};
   RefreshMemory fresh;

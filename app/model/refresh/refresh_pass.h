@@ -34,6 +34,8 @@ struct LiveSession {
   std::string tty;
   std::optional<HookRecord> hook;
   ModelInfo model{};
+  /// The hook record's file says less than `hook`, which follows the client's newer word.
+  bool recordOutdated = false;
 };
 
 /// What the user decided and the pass obeys; copied from the store once per pass.

@@ -111,6 +111,7 @@ void ZelvaneStore::runPass() {
   const Time now = options_.clock();
   notes_->reloadIfChanged();
   const auto inputs = gather(options_.sources, memory_, choices(), now);
+  if (!inputs.choices.readOnly) keepRecordsUp(inputs);
   auto result = refreshPass(inputs, std::move(memory_), now);
   memory_ = std::move(result.memory);
   for (const auto& [from, to] : result.carries) notes_->carry(from, to);
@@ -118,6 +119,13 @@ void ZelvaneStore::runPass() {
   options_.mainThread([weak = weak_from_this(), rows = std::move(result.rows)]() mutable {
     if (const auto self = weak.lock()) self->publish(std::move(rows));
   });
+}
+
+/// On the refresh queue.
+void ZelvaneStore::keepRecordsUp(const RefreshInputs& inputs) {
+  for (const auto& live : inputs.live) {
+    if (live.recordOutdated) options_.sources.keepRecordUp(live.proc);
+  }
 }
 
 UserChoices ZelvaneStore::choices() {

@@ -112,6 +112,7 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
   explicit ZelvaneStore(Options options);
 
   void runPass();
+  void keepRecordsUp(const RefreshInputs& inputs);
   void requestPass();
   void publish(std::vector<ZelvaneSession> rows);
   void followNotesProblem();

@@ -223,6 +223,27 @@ TEST_F(StoreFixture, MakesTheRecordFolderUnlessReadOnly) {
   }
 }
 
+TEST_F(StoreFixture, RewritesOutdatedRecordsUnlessReadOnly) {
+  HookRecord waiting;
+  waiting.state = "waiting";
+  waiting.updatedAt = timeAt(1000);
+  hooks_["a"] = hooks_["b"] = waiting;
+  setProcs({{1, "a", "/p", "busy", timeAt(1001)}, {2, "b", "/p", "waiting", timeAt(1001)}});
+  for (const bool readOnly : {true, false}) {
+    std::vector<std::string> rewritten;
+    auto with = options();
+    with.readOnly = readOnly;
+    with.sources.keepRecordUp = [&](const ClaudeProc& proc) {
+      rewritten.push_back(proc.sessionId);
+    };
+    create(with);
+    pass();
+    EXPECT_EQ(store_->sessions().size(), 2U);
+    EXPECT_EQ(rewritten, readOnly ? std::vector<std::string>() : std::vector<std::string>{"a"});
+    onMain([&] { store_.reset(); });
+  }
+}
+
 TEST_F(StoreFixture, CarriesNotesAfterAClear) {
   setProcs({{1, "old"}});
   create(options());

@@ -1,0 +1,72 @@
+#include "app/hook/record_file.h"
+
+#include <filesystem>
+#include <sys/stat.h>
+
+#include "core/file_lock.h"
+#include "core/text.h"
+
+namespace zelvane {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t largestRecord = std::size_t{8} << 20;
+
+/// Sessions share a fixed set of lock files: one of their own each would have to be removed some
+/// day, and no file can be removed safely that others may be about to lock.
+std::string lockFile(const RecordFolder& folder, const std::string& sessionId) {
+  std::uint32_t hash = 2166136261U;  // FNV-1a
+  for (const char c : sessionId) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
+  return folder.locks + "/" + std::to_string(hash % 64) + ".lock";
+}
+
+void makeFolder(const std::string& path) {
+  if (mkdir(path.c_str(), 0700) == 0) return;
+  std::error_code ignored;
+  fs::create_directories(path, ignored);
+}
+
+}  // namespace
+
+RecordFolder RecordFolder::in(const std::string& dataFolder) {
+  return {.records = dataFolder + "/sessions", .locks = dataFolder + "/w"};
+}
+
+bool changeRecord(const RecordFolder& folder, const std::string& sessionId,
+                  const std::function<void(Json& record)>& change) {
+  if (!isSafeFileName(sessionId)) return false;
+  const auto path = folder.records + "/" + sessionId + ".json";
+  const auto attempt = [&](bool& locked) {
+    const FileLock::Scope lock(lockFile(folder, sessionId), folder.patience);
+    locked = static_cast<bool>(lock);
+    if (!locked) return false;
+    const auto before = JSONFile::load(path, largestRecord).value_or(Json::object());
+    Json after = before;
+    change(after);
+    return after == before || JSONFile::writeAtomic(after, path);
+  };
+  bool locked = false;
+  if (attempt(locked)) return true;
+  // The first change ever, or somebody removed the folders.
+  makeFolder(folder.locks);
+  makeFolder(folder.records);
+  return attempt(locked);
+}
+
+void removeRecordsOlderThan(const RecordFolder& folder, Time time) {
+  std::error_code failed;
+  for (auto entry = fs::directory_iterator(folder.records, failed);
+       !failed && entry != fs::end(entry); entry.increment(failed)) {
+    std::error_code unknown;
+    const bool plain = fs::is_regular_file(entry->symlink_status(unknown));
+    const auto name = entry->path().filename().native();
+    const bool ours = name.ends_with(".json") || name.find(".json.tmp") != std::string::npos;
+    if (!plain || !ours) continue;
+    const auto written = fs::last_write_time(entry->path(), unknown);
+    if (unknown || std::chrono::file_clock::to_sys(written) >= time) continue;
+    fs::remove(entry->path(), unknown);
+  }
+}
+
+}  // namespace zelvane
