@@ -6,6 +6,7 @@
 #include "core/localization.h"
 #include "core/unicode.h"
 
+#include "cli/connect_command.h"
 #include "cli/list_command.h"
 #include "cli/note_command.h"
 #include "cli/output.h"
@@ -37,6 +38,14 @@ void addListing(CLI::App& app, const std::string& name, const std::string& descr
   });
 }
 
+/// Adds a subcommand without options.
+void addPlain(CLI::App& app, const std::string& name, const std::string& description,
+              ExitCode (*subcommand)(), CommandLine& chosen) {
+  CLI::App* command = app.add_subcommand(name, description)->group(L("명령"));
+  command->get_help_ptr()->group(L("옵션"));
+  command->callback([=, &chosen] { chosen.subcommand = subcommand; });
+}
+
 /// Adds a subcommand that takes a row and, to change the note, a text.
 void addNote(CLI::App& app, const std::string& name, const std::string& description, Note note,
              CommandLine& chosen) {
@@ -59,6 +68,9 @@ void addSubcommands(CLI::App& app, CommandLine& chosen) {
   addListing(app, "watch", L("Claude Code 탭을 계속 보여요 (Ctrl+C 로 끝내요)"),
              L("바뀔 때마다 JSON 한 줄을 써요"), watch, chosen);
   addNote(app, "title", L("탭의 이름을 바꾸거나 보여요"), Note::title, chosen);
+  addPlain(app, "connect", L("Claude Code 와 연결해요"), connect, chosen);
+  addPlain(app, "disconnect", L("연결을 해제해요"), disconnect, chosen);
+  addListing(app, "status", L("연결이 어떤지 보여요"), L("JSON 으로 보여요"), status, chosen);
   addNote(app, "memo", L("탭의 메모를 바꾸거나 보여요"), Note::memo, chosen);
 }
 

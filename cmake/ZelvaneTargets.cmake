@@ -8,7 +8,7 @@ function(zelvane_defaults target)
   if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
     # GCC 12 sees overflows and overlaps in `"text" + std::string` that are not there (its bug 105651).
     target_compile_options(${target} PRIVATE -Wno-array-bounds -Wno-restrict
-                                             -Wno-stringop-overflow)
+                                             -Wno-stringop-overflow -Wno-stringop-overread)
   endif()
   target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR})
   if(ZELVANE_SANITIZE)

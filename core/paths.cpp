@@ -22,6 +22,8 @@ const std::string& home() {
 
 std::string zelvane() { return env("ZELVANE_DIR").value_or(home() + "/.claude/zelvane"); }
 
+std::string claudeDir() { return env("ZELVANE_CLAUDE_DIR").value_or(home() + "/.claude"); }
+
 std::string claudeSessions() {
   return env("ZELVANE_CLAUDE_SESSIONS").value_or(home() + "/.claude/sessions");
 }

@@ -13,6 +13,7 @@ std::optional<std::string> env(const std::string& name);
 
 const std::string& home();     ///< the user's home folder, from the user database, computed once
 std::string zelvane();         ///< our data folder; ZELVANE_DIR replaces it
+std::string claudeDir();       ///< Claude Code's own folder; ZELVANE_CLAUDE_DIR replaces it
 std::string claudeSessions();  ///< Claude Code's session files; ZELVANE_CLAUDE_SESSIONS replaces it
 std::string hookSessions();    ///< hook records, in the data folder
 std::string snapDir();         ///< snapshots, in the data folder

@@ -36,11 +36,12 @@ void drainInput(Buffer& buffer) {
   }
 }
 
-std::string askingClientsStatus() {
+std::string askingClientsStatus(const std::string& home) {
   const auto pid = ZelvanePaths::env("CLAUDE_PID");
   if (!pid || !isSafeFileName(*pid)) return {};
-  const auto file =
-      readJSON(ZelvanePaths::claudeSessions() + "/" + *pid + ".json", largestSessionFile);
+  const auto folder =
+      ZelvanePaths::env("ZELVANE_CLAUDE_SESSIONS").value_or(home + "/.claude/sessions");
+  const auto file = readJSON(folder + "/" + *pid + ".json", largestSessionFile);
   return file ? get::str(*file, "status").value_or("") : "";
 }
 
@@ -64,19 +65,21 @@ void takeEvent(const PayloadSource& source, const HookWorld& world) {
   }
 }
 
-std::string dataFolderOf(const std::string& helper) {
+std::string homeOf(const std::string& helper) {
   constexpr std::string_view usual = "/.claude/hooks/zelvane/zelvane";
-  if (const auto chosen = ZelvanePaths::env("ZELVANE_DIR")) return *chosen;
-  if (!helper.starts_with('/') || !helper.ends_with(usual)) return ZelvanePaths::zelvane();
-  return helper.substr(0, helper.size() - usual.size()) + "/.claude/zelvane";
+  if (!helper.starts_with('/') || !helper.ends_with(usual)) return ZelvanePaths::home();
+  return helper.substr(0, helper.size() - usual.size());
 }
 
 void runHook(const std::string& helper) {
   static Buffer buffer;
+  const auto folder = [&] {
+    const auto chosen = ZelvanePaths::env("ZELVANE_DIR");
+    return RecordFolder::in(chosen ? *chosen : homeOf(helper) + "/.claude/zelvane");
+  };
   if (isAttended()) {
     takeEvent([] { return readInput(buffer); },
-              {[&] { return RecordFolder::in(dataFolderOf(helper)); }, askingClientsStatus,
-               systemTime()});
+              {folder, [&] { return askingClientsStatus(homeOf(helper)); }, systemTime()});
   }
   drainInput(buffer);
 }

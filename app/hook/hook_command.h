@@ -23,10 +23,10 @@ struct HookWorld {
 /// Takes one event into its session's record.
 void takeEvent(const PayloadSource& source, const HookWorld& world);
 
-/// The data folder of the helper that was started under this path. One that lies where connecting
-/// puts it tells by its path whose it is; asking the user database can take longer than all the
-/// rest.
-std::string dataFolderOf(const std::string& helper);
+/// The home folder of the user whose helper was started under this path. One that lies where
+/// connecting puts it tells by its path whose it is; asking the user database can take longer than
+/// all the rest.
+std::string homeOf(const std::string& helper);
 
 /// The whole command: standard input, this user's folders, the system's clock.
 void runHook(const std::string& helper);

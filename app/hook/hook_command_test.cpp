@@ -98,11 +98,10 @@ TEST_F(HookCommand, GivesUpWhenSomebodyHoldsTheLock) {
   EXPECT_EQ(record("s")["n"], 1);
 }
 
-TEST(DataFolderOf, AHelperInItsUsualPlaceTellsWhoseItIs) {
-  ::unsetenv("ZELVANE_DIR");
-  EXPECT_EQ(dataFolderOf("/home/me/.claude/hooks/zelvane/zelvane"), "/home/me/.claude/zelvane");
-  EXPECT_EQ(dataFolderOf("/usr/bin/zelvane"), ZelvanePaths::zelvane());
-  EXPECT_EQ(dataFolderOf("me/.claude/hooks/zelvane/zelvane"), ZelvanePaths::zelvane());
+TEST(HomeOf, AHelperInItsUsualPlaceTellsWhoseItIs) {
+  EXPECT_EQ(homeOf("/home/me/.claude/hooks/zelvane/zelvane"), "/home/me");
+  EXPECT_EQ(homeOf("/usr/bin/zelvane"), ZelvanePaths::home());
+  EXPECT_EQ(homeOf("me/.claude/hooks/zelvane/zelvane"), ZelvanePaths::home());
 }
 
 }  // namespace

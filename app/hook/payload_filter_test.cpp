@@ -48,8 +48,7 @@ TEST(PayloadFilter, KeepsWantedMembersHoweverTheTextIsCut) {
 }
 
 TEST(PayloadFilter, RefusesWhatIsNoObjectOrNotWhole) {
-  for (const char* text :
-       {"", "{", R"({"a)", R"({"a":"x)", "]", "7", "\"a\"", "{]", "nonsense"}) {
+  for (const char* text : {"", "{", R"({"a)", R"({"a":"x)", "]", "7", "\"a\"", "{]", "nonsense"}) {
     EXPECT_EQ(thinned(text, 3), std::nullopt) << text;
   }
 }

@@ -27,7 +27,7 @@ def program():
 class Client:
     """One interactive client in a terminal of its own, in a network namespace without a network."""
 
-    def __init__(self, machine):
+    def __init__(self, machine, **settings):
         self.machine = machine
         self.project = machine.folder / "project"
         self.project.mkdir()
@@ -48,7 +48,7 @@ class Client:
             "TMPDIR": str(temporary), "ANTHROPIC_API_KEY": KEY,
             "ANTHROPIC_BASE_URL": f"http://127.0.0.1:{PORT}", "DISABLE_TELEMETRY": "1",
             "CLAUDE_CODE_DISABLE_NONESSENTIAL_TRAFFIC": "1", "DISABLE_AUTOUPDATER": "1",
-            "DISABLE_ERROR_REPORTING": "1", "IS_SANDBOX": "1",
+            "DISABLE_ERROR_REPORTING": "1", "IS_SANDBOX": "1", **settings,
         }
         become = [] if os.getuid() == 0 else ["--user", "--map-current-user", "--keep-caps"]
         script = (f"ip link set lo up; {shutil.which('node')} {HERE}/mock-api.mjs --port {PORT} & "

@@ -1,0 +1,252 @@
+#include "core/installer/settings_file.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <filesystem>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+#include "platform/file_sync.h"
+
+#include "core/installer/hook_entries.h"
+#include "core/installer/settings_json.h"
+#include "core/localization.h"
+
+namespace zelvane {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int attempts = 3;
+constexpr Seconds justNow(10.0);
+constexpr std::size_t keptBackups = 5;
+constexpr std::uint32_t usualMode = 0644;
+
+std::optional<struct stat> attributes(const std::string& path) {
+  struct stat info {};
+  if (lstat(path.c_str(), &info) != 0) return std::nullopt;
+  return info;
+}
+
+/// When the item was modified, in nanoseconds since 1970.
+std::optional<std::int64_t> modified(const std::string& path) {
+  std::error_code failed;
+  if (!fs::exists(fs::symlink_status(path, failed))) return std::nullopt;
+  const auto time = fs::last_write_time(path, failed);
+  if (failed) return std::nullopt;
+  const auto since = std::chrono::file_clock::to_sys(time).time_since_epoch();
+  return std::chrono::duration_cast<std::chrono::nanoseconds>(since).count();
+}
+
+bool exists(const std::string& path) { return access(path.c_str(), F_OK) == 0; }
+
+std::optional<std::string> bytesOf(const std::string& path) {
+  return readFile(path, JSONFile::defaultLimit);
+}
+
+bool writeAll(int fd, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = write(fd, bytes.data(), bytes.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 1) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
+std::string folderOf(const std::string& path) { return fs::path(path).parent_path().string(); }
+
+std::string processId() { return std::to_string(getpid()); }
+
+}  // namespace
+
+bool createPrivate(const std::string& path, std::string_view data, std::uint32_t mode) {
+  const int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+  if (fd < 0) return false;
+  bool whole =
+      fchmod(fd, static_cast<mode_t>(mode)) == 0 && writeAll(fd, data) && !platform::syncFile(fd);
+  if (close(fd) != 0) whole = false;
+  if (!whole) unlink(path.c_str());
+  return whole;
+}
+
+std::string SettingsFile::realPath() const {
+  std::error_code failed;
+  const auto real = fs::canonical(path(), failed);
+  return failed ? path() : real.string();
+}
+
+std::optional<Json> SettingsFile::read() const {
+  const auto bytes = bytesOf(realPath());
+  return bytes ? parseSettings(*bytes) : std::nullopt;
+}
+
+SettingsFile::Read SettingsFile::readForEdit() const {
+  if (!exists(path())) {
+    const auto info = attributes(path());
+    if (!info || !S_ISLNK(info->st_mode)) return Absent{};
+    return Refused{L("Claude 설정 파일이 가리키는 곳을 찾을 수 없어서 아무것도 바꾸지 않았어요.")};
+  }
+  const auto real = realPath();
+  auto data = bytesOf(real);
+  if (!data) {
+    return Refused{
+        L("Claude 설정 파일(settings.json)을 읽을 수 없어서 아무것도 바꾸지 않았어요. "
+          "권한을 확인해 주세요.")};
+  }
+  const auto changed = modified(real);
+  const auto age = changed ? clock_() - timeAt(static_cast<double>(*changed) / 1e9) : justNow;
+  if (isBlank(*data) && age < justNow) {
+    return Refused{
+        L("Claude 설정 파일이 방금 바뀌는 중이라 아무것도 바꾸지 않았어요. "
+          "잠시 뒤 다시 시도해 주세요.")};
+  }
+  if (access(real.c_str(), W_OK) != 0) {
+    return Refused{
+        L("Claude 설정 파일이 읽기 전용으로 잠겨 있어서 바꾸지 않았어요. "
+          "잠금을 푼 뒤 다시 시도해 주세요.")};
+  }
+  auto settings = parseSettings(*data);
+  if (!settings) {
+    return Refused{
+        L("Claude 설정 파일(settings.json)을 읽을 수 없어서 아무것도 바꾸지 않았어요. "
+          "파일을 고친 뒤 다시 시도해 주세요.")};
+  }
+  if (hasDuplicateKeys(*data)) {
+    return Refused{
+        L("Claude 설정 파일에 같은 이름의 항목이 두 번 있어서, "
+          "실제 설정이 바뀌지 않도록 건드리지 않았어요.")};
+  }
+  if (settings->contains("hooks") && !settings->at("hooks").is_object()) {
+    return Refused{L("Claude 설정의 hooks 모양이 예상과 달라서 아무것도 바꾸지 않았어요.")};
+  }
+  return Ready{std::move(*settings), std::move(*data), real};
+}
+
+/// What one attempt found and means to write.
+struct SettingsFile::Attempt {
+  bool existed = false;
+  Json before = Json::object();
+  std::string data;
+  std::string path;
+  std::optional<std::int64_t> modifiedAt;
+  std::uint32_t mode = usualMode;
+  std::string out;
+  std::string backup;
+
+  std::string beside(const char* name) const { return folderOf(path) + name + processId(); }
+};
+
+Outcome SettingsFile::edit(const std::function<void(Json& settings)>& change) const {
+  for (int i = 0; i < attempts; ++i) {
+    if (auto outcome = attempt(change)) return *outcome;
+  }
+  return Outcome::failed(
+      L("Claude 가 설정 파일을 계속 고치고 있어서 잠시 뒤 다시 시도해 주세요. "
+        "아무것도 바꾸지 않았어요."));
+}
+
+/// Nothing when somebody else wrote to the file meanwhile.
+std::optional<Outcome> SettingsFile::attempt(
+    const std::function<void(Json& settings)>& change) const {
+  Attempt attempt;
+  if (auto refused = begin(attempt)) return refused;
+  if (testBeforeWrite) testBeforeWrite();
+  Json after = attempt.before;
+  change(after);
+  if (after == attempt.before) return Outcome::ok("");
+  auto out = settingsText(after);
+  if (!out) return Outcome::failed(L("설정을 만들지 못했어요. 아무것도 바꾸지 않았어요."));
+  attempt.out = std::move(*out);
+  if (const auto info = attributes(attempt.path)) attempt.mode = info->st_mode & 07777U;
+  if (attempt.existed) {
+    attempt.backup = backupName();
+    if (!createPrivate(attempt.backup, attempt.data, 0600)) {
+      return Outcome::failed(L("백업을 만들지 못해서 아무것도 바꾸지 않았어요."));
+    }
+    pruneBackups();
+  }
+  if (!untouched(attempt)) {
+    if (attempt.existed) unlink(attempt.backup.c_str());
+    return std::nullopt;
+  }
+  return replace(attempt);
+}
+
+std::optional<Outcome> SettingsFile::begin(Attempt& attempt) const {
+  auto read = readForEdit();
+  if (const auto* refused = std::get_if<Refused>(&read)) return Outcome::failed(refused->message);
+  if (auto* ready = std::get_if<Ready>(&read)) {
+    attempt.existed = true;
+    attempt.before = std::move(ready->settings);
+    attempt.data = std::move(ready->data);
+    attempt.path = std::move(ready->path);
+    attempt.modifiedAt = modified(attempt.path);
+  } else {
+    attempt.path = path();
+  }
+  return std::nullopt;
+}
+
+bool SettingsFile::untouched(const Attempt& attempt) const {
+  if (!attempt.existed) return !exists(path());
+  return bytesOf(attempt.path) == attempt.data && modified(attempt.path) == attempt.modifiedAt;
+}
+
+Outcome SettingsFile::replace(const Attempt& attempt) const {
+  const auto temporary = attempt.beside("/.settings.json.zelvane-tmp");
+  std::error_code ignored;
+  fs::create_directories(folderOf(attempt.path), ignored);
+  unlink(temporary.c_str());
+  if (!createPrivate(temporary, attempt.out, attempt.mode)) {
+    return Outcome::failed(L("설정 파일을 쓰지 못했어요. 아무것도 바꾸지 않았어요."));
+  }
+  if (std::rename(temporary.c_str(), attempt.path.c_str()) != 0) {
+    unlink(temporary.c_str());
+    return Outcome::failed(L("설정 파일을 바꾸지 못했어요. 아무것도 바꾸지 않았어요."));
+  }
+  // What was replaced is whole either way; a power cut may bring it back.
+  (void)platform::syncFolder(folderOf(attempt.path));
+  const auto written = bytesOf(attempt.path);
+  const auto result = written && !isBlank(*written) ? parseSettings(*written) : std::nullopt;
+  if (result && sameExceptOurs(attempt.before, *result)) return Outcome::ok("");
+  rollBack(attempt);
+  return Outcome::failed(L("쓴 결과가 예상과 달라서 원래 설정으로 되돌렸어요."));
+}
+
+void SettingsFile::rollBack(const Attempt& attempt) const {
+  if (!attempt.existed) {
+    unlink(attempt.path.c_str());
+    return;
+  }
+  const auto restore = attempt.beside("/.settings.json.zelvane-restore");
+  unlink(restore.c_str());
+  if (createPrivate(restore, attempt.data, attempt.mode)) {
+    (void)std::rename(restore.c_str(), attempt.path.c_str());
+  }
+}
+
+std::string SettingsFile::backupName() const {
+  const auto milliseconds = static_cast<std::int64_t>(secondsSince1970(clock_()) * 1000);
+  return path() + ".zelvane-backup-" + std::to_string(milliseconds) + "-" + processId();
+}
+
+/// Keeps the newest ones: their names begin with the time.
+void SettingsFile::pruneBackups() const {
+  std::vector<std::string> names;
+  std::error_code failed;
+  for (auto entry = fs::directory_iterator(claudeDir_, failed); !failed && entry != fs::end(entry);
+       entry.increment(failed)) {
+    auto name = entry->path().filename().string();
+    if (name.starts_with("settings.json.zelvane-backup-")) names.push_back(std::move(name));
+  }
+  std::sort(names.begin(), names.end());
+  for (std::size_t i = 0; i + keptBackups < names.size(); ++i) {
+    unlink((claudeDir_ + "/" + names[i]).c_str());
+  }
+}
+
+}  // namespace zelvane

@@ -1,0 +1,76 @@
+// Claude Code's settings.json: a file that is not ours. Read with care, edited in a transaction
+// that leaves the old or the new file whole, whatever happens. No lock and no state; any thread.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <variant>
+
+#include "core/json_file.h"
+#include "core/time.h"
+
+namespace zelvane {
+
+/// How something that the user started ended, with one sentence for them.
+struct Outcome {
+  bool succeeded = false;
+  std::string message;  ///< may be empty after success
+  bool operator==(const Outcome&) const = default;
+
+  static Outcome ok(std::string message) { return {true, std::move(message)}; }
+  static Outcome failed(std::string message) { return {false, std::move(message)}; }
+};
+
+class SettingsFile {
+ public:
+  /// Settings that may be edited.
+  struct Ready {
+    Json settings;
+    std::string data;  ///< the file's bytes
+    std::string path;  ///< the file itself, links resolved: where to write
+  };
+  struct Refused {
+    std::string message;
+  };
+  struct Absent {};
+  using Read = std::variant<Ready, Refused, Absent>;
+
+  /// The settings in a Claude folder.
+  explicit SettingsFile(std::string claudeDir, Clock clock = systemTime)
+      : claudeDir_(std::move(claudeDir)), clock_(std::move(clock)) {}
+
+  /// Where the file is expected, and where it is: the same with links resolved.
+  std::string path() const { return claudeDir_ + "/settings.json"; }
+  std::string realPath() const;
+
+  /// The settings, to be looked at only; nothing when there are none that can be read.
+  std::optional<Json> read() const;
+  /// The settings, to be edited; refused when anything about the file is doubtful.
+  Read readForEdit() const;
+  /// Edits the settings. Every failure leaves the file as it was, byte for byte, and says so; an
+  /// edit that changes nothing writes nothing.
+  Outcome edit(const std::function<void(Json& settings)>& change) const;
+
+  /// For tests: called once per attempt, between reading and editing.
+  std::function<void()> testBeforeWrite;
+
+ private:
+  struct Attempt;
+  std::optional<Outcome> attempt(const std::function<void(Json& settings)>& change) const;
+  std::optional<Outcome> begin(Attempt& attempt) const;
+  bool untouched(const Attempt& attempt) const;
+  Outcome replace(const Attempt& attempt) const;
+  void rollBack(const Attempt& attempt) const;
+  std::string backupName() const;
+  void pruneBackups() const;
+
+  std::string claudeDir_;
+  Clock clock_;
+};
+
+/// Makes a file that was not there, with these bytes and permissions, on the disk itself. After a
+/// failure there is none.
+bool createPrivate(const std::string& path, std::string_view data, std::uint32_t mode);
+
+}  // namespace zelvane

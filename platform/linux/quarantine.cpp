@@ -1,0 +1,7 @@
+#include "platform/quarantine.h"
+
+namespace zelvane::platform {
+
+void clearQuarantine(const std::string&) {}
+
+}  // namespace zelvane::platform
