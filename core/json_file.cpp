@@ -64,7 +64,8 @@ std::optional<std::string> serialised(const Json& value) {
 }  // namespace
 
 std::optional<Json> parseJson(std::string_view text) {
-  if (nestsTooDeep(text)) return std::nullopt;
+  // The library takes a zero byte for the end, and would not see what follows it.
+  if (nestsTooDeep(text) || text.find('\0') != std::string_view::npos) return std::nullopt;
   auto value = Json::parse(text, nullptr, /*allow_exceptions=*/false);
   if (value.is_discarded()) return std::nullopt;
   return value;
