@@ -1,6 +1,7 @@
 // The column's entry point: reads the command line, makes sure it runs once, and hands over.
 #include <QtWidgets/QApplication>
 #include <iostream>
+#include <sys/stat.h>
 #include <thread>
 
 #include "core/bundle.h"
@@ -31,6 +32,7 @@ std::optional<int> answered(const LaunchOptions& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  umask(077);  // what is written is for its user alone
   Bundle::useStringTable();
   const auto options = launchOptions({argv + 1, argv + argc});
   if (const auto status = answered(options)) return *status;

@@ -6,6 +6,7 @@
 #include <csignal>
 #include <thread>
 
+#include "core/installer/installer.h"
 #include "core/run_loop.h"
 
 #include "app/model/refresh/offers.h"
@@ -89,6 +90,9 @@ AppDelegate::~AppDelegate() = default;
 
 int AppDelegate::run() {
   if (options_.renderPath) return renderAndExit(*options_.renderPath);
+  if (!options_.sample) {
+    (void)Installer(Installer::systemPlace()).refreshHelperIfConnected(bundledParts());
+  }
   const QuitOnSignal quitOnSignal;
   openPanel();
   fillOrStart();
