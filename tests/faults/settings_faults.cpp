@@ -1,0 +1,175 @@
+// Every file call of connecting and disconnecting under faults: the process killed at it, or the
+// call failing. Afterwards the settings are the old or the new ones, whole, and connecting anew
+// works.
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "core/installer/hook_entries.h"
+#include "core/installer/installer.h"
+#include "core/installer/settings_json.h"
+
+#include "tests/faults/call_faults.h"
+#include "tests/support/temporary_folder.h"
+
+namespace zelvane::test {
+namespace {
+
+using Kind = CallFault::Kind;
+
+struct Scenario {
+  const char* name;
+  const char* settings;  ///< nothing lies there when null
+  bool linked;           ///< the settings file is a link
+  bool connected;        ///< and this connects, or else disconnects
+};
+
+const Scenario scenarios[] = {
+    {"first connect", nullptr, false, false},
+    {"connect", R"({"model":"opus","hooks":{"Stop":[{"hooks":[{"command":"mine"}]}]}})", false,
+     false},
+    {"connect through a link", R"({"n":123456789012345678901})", true, false},
+    {"connect again", R"({"a":1})", false, true},
+    {"disconnect", R"({"model":"opus","hooks":{"Stop":[]}})", false, true},
+};
+
+/// A user's machine: the program's parts, and the settings.
+class Machine {
+ public:
+  explicit Machine(const Scenario& scenario) {
+    parts_ = {.binary = folder_.write("bundle/zelvane", "program"),
+              .hookScript = folder_.write("bundle/hook.zsh", "script"),
+              .version = 1};
+    std::filesystem::create_directories(user() + "/claude");
+    if (scenario.settings) {
+      folder_.write(scenario.linked ? "user/dotfiles.json" : "user/claude/settings.json",
+                    scenario.settings);
+    }
+    if (scenario.linked) {
+      std::filesystem::create_symlink(user() + "/dotfiles.json", user() + "/claude/settings.json");
+    }
+    if (scenario.connected && !installer().install(parts_).succeeded) std::abort();
+  }
+  std::string user() const { return folder_.path("user"); }
+  std::string settings() const { return folder_.read("user/claude/settings.json"); }
+  bool settingsExist() const { return std::filesystem::exists(user() + "/claude/settings.json"); }
+  Installer installer() const {
+    return Installer({.claudeDir = user() + "/claude",
+                      .dataDir = user() + "/data",
+                      .shell = "/bin/sh",
+                      // Backups that are made one after the other have different names.
+                      .clock = [] { return systemTime() + Seconds(60); }});
+  }
+  Outcome act(bool disconnect) const {
+    return disconnect ? installer().uninstall() : installer().install(parts_);
+  }
+
+ private:
+  TemporaryFolder folder_;
+  Installer::Parts parts_;
+};
+
+bool disconnects(const Scenario& scenario) { return std::strcmp(scenario.name, "disconnect") == 0; }
+
+/// Does the scenario's work in a process of its own, under the fault. Whether it ended by itself.
+bool run(const Machine& machine, const Scenario& scenario, const CallFault& fault) {
+  const pid_t child = fork();
+  if (child == 0) {
+    watchCalls(machine.user(), fault);
+    (void)machine.act(disconnects(scenario));
+    _exit(0);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  return WIFEXITED(status);
+}
+
+/// What was lost, in words; nothing when all is well.
+std::string lossesOn(const Machine& machine, const Scenario& scenario, const std::string& before,
+                     bool existed) {
+  const Json old = scenario.settings ? parseSettings(scenario.settings).value() : Json::object();
+  if (machine.settingsExist()) {
+    const auto now = machine.settings();
+    const auto settings = parseSettings(now);
+    if (!settings || isBlank(now)) return "the settings are damaged: " + now;
+    const bool untouched = existed && now == before;
+    if (!untouched && !sameExceptOurs(old, *settings)) return "the settings changed: " + now;
+    const bool ours = hasOurEntries(*settings);
+    const auto first = withOurs(hooksOf(*settings), hookCommand(machine.installer().hookDir()));
+    if (ours && hooksOf(*settings) != first) return "connected by half: " + now;
+  } else if (existed) {
+    return "the settings are gone";
+  }
+  if (machine.installer().state() == Installer::State::helperMissing && !disconnects(scenario)) {
+    return "the settings point at a helper that is not there";
+  }
+  const auto again = machine.act(false);
+  if (!again.succeeded) return "connecting anew failed: " + again.message;
+  if (machine.installer().state() != Installer::State::connected) return "not connected afterwards";
+  if (!machine.act(true).succeeded) return "disconnecting failed";
+  const auto settings = parseSettings(machine.settings());
+  return settings && sameExceptOurs(old, *settings) ? "" : "not given back";
+}
+
+std::size_t countCalls(const Scenario& scenario) {
+  const Machine machine(scenario);
+  watchCalls(machine.user(), {});
+  (void)machine.act(disconnects(scenario));
+  return stopWatching().size();
+}
+
+struct Tally {
+  std::size_t cases = 0;
+  std::size_t losses = 0;
+};
+
+void tryFault(const Scenario& scenario, const CallFault& fault, const char* what, Tally& tally) {
+  const Machine machine(scenario);
+  const auto before = machine.settings();
+  const bool existed = machine.settingsExist();
+  (void)run(machine, scenario, fault);
+  const auto lost = lossesOn(machine, scenario, before, existed);
+  ++tally.cases;
+  if (lost.empty()) return;
+  ++tally.losses;
+  std::printf("%s, call %zu, %s: %s\n", scenario.name, fault.call, what, lost.c_str());
+}
+
+Tally tryAll(const Scenario& scenario) {
+  Tally tally;
+  const auto calls = countCalls(scenario);
+  for (std::size_t call = 0; call <= calls; ++call) {
+    tryFault(scenario, {Kind::killBefore, call}, "killed", tally);
+    if (call == calls) break;
+    tryFault(scenario, {Kind::killHalfway, call}, "killed halfway", tally);
+    tryFault(scenario, {Kind::shorten, call}, "cut short", tally);
+    for (const int error : {EIO, ENOSPC, EACCES}) {
+      tryFault(scenario, {Kind::fail, call, error}, std::strerror(error), tally);
+      tryFault(scenario, {Kind::failFromHere, call, error}, "fails from here", tally);
+    }
+  }
+  std::printf("%-24s calls %3zu, cases %4zu, losses %zu\n", scenario.name, calls, tally.cases,
+              tally.losses);
+  return tally;
+}
+
+}  // namespace
+}  // namespace zelvane::test
+
+int main() {
+  using namespace zelvane::test;
+  // Where no disk has to be waited for: a test cannot cut its power.
+  if (access("/dev/shm", W_OK) == 0) setenv("TMPDIR", "/dev/shm", /*replace=*/0);
+  Tally all;
+  for (const auto& scenario : scenarios) {
+    const auto tally = tryAll(scenario);
+    all.cases += tally.cases;
+    all.losses += tally.losses;
+  }
+  std::printf("settings faults: cases %zu, losses %zu\n", all.cases, all.losses);
+  return all.losses == 0 && all.cases > 100 ? 0 : 1;
+}
