@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
-#include <functional>
+#include <fstream>
 #include <string>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -79,9 +79,16 @@ double median(std::vector<Cost> costs) {
   return costs[costs.size() / 2].milliseconds;
 }
 
-std::string payload(const char* rest, std::size_t filler) {
-  return R"({"session_id":"bench","transcript_path":"/t","cwd":"/p","prompt_id":"x","hook_event_name":)" +
-         std::string(rest) + std::string(filler, 'x') + "\"}}";
+/// Makes a payload with so much in it, a piece at a time: our own memory counts for our children.
+std::string payloadFile(const test::TemporaryFolder& folder, const char* name, const char* rest,
+                        std::size_t filler) {
+  const auto path = folder.write(name, "");
+  std::ofstream out(path, std::ios::binary);
+  out << R"({"session_id":"bench","transcript_path":"/t","cwd":"/p","hook_event_name":)" << rest;
+  const std::string piece(1024, 'x');
+  for (std::size_t i = 0; i < filler; i += piece.size()) out << piece;
+  out << "\"}}";
+  return path;
 }
 
 constexpr const char* python =
@@ -110,10 +117,10 @@ void measure(const std::string& programs) {
   constexpr std::size_t large = std::size_t{50} << 20;
   const auto tool = R"("PostToolUse","tool_name":"Read","tool_response":{"content":")";
   const auto shell = R"("PostToolUse","tool_name":"Bash","tool_response":{"stdout":")";
-  const auto small = folder.write("small.json", payload(shell, 2048));
-  const auto stop = folder.write("stop.json", payload(R"("Stop","x":{"y":")", 2048));
-  const auto read = folder.write("read.json", payload(tool, large));
-  const auto bash = folder.write("bash.json", payload(shell, large));
+  const auto small = payloadFile(folder, "small.json", shell, 2048);
+  const auto stop = payloadFile(folder, "stop.json", R"("Stop","x":{"y":")", 2048);
+  const auto read = payloadFile(folder, "read.json", tool, large);
+  const auto bash = payloadFile(folder, "bash.json", shell, large);
   const std::vector<std::string> hook = {helper, "hook"};
   const std::vector<std::string> script = {"/bin/zsh", "-f", folder.path("helper/hook.zsh")};
   std::vector<Run> runs = {

@@ -74,6 +74,17 @@ class Client:
     def press(self, *keys):
         self.tmux("send-keys", "-t", "t", *keys)
 
+    def answer(self, key):
+        """Presses a key at a dialog until it takes it: a dialog ignores keys while it opens."""
+        for _ in range(10):
+            self.press(key)
+            start = time.monotonic()
+            while time.monotonic() - start < 1.5:
+                if self.file().get("status", "waiting") != "waiting":
+                    return
+                time.sleep(0.02)
+        raise AssertionError(f"the dialog does not take {key}:\n{self.screen()}")
+
     def say(self, text):
         """Types a prompt. Enter in the same burst would count as part of a paste."""
         self.tmux("send-keys", "-t", "t", "-l", text)

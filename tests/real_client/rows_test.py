@@ -43,7 +43,7 @@ class RowsTest(unittest.TestCase):
         self.client.say("please do mock:bash")
         row = self.shows("waiting", "waiting")
         self.assertEqual(row["subtitle"], "대답을 기다려요")
-        self.client.press("Enter")
+        self.client.answer("Enter")
         self.shows("idle", "idle")
         self.client.say("please do mock:bgshell")
         self.client.says("shell")
