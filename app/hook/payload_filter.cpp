@@ -188,7 +188,7 @@ void PayloadFilter::inString(char c) {
 
 void PayloadFilter::inEscape(char c) {
   escape_ += c;
-  const bool unicode = escape_[1] == 'u';
+  const bool unicode = escape_[1] == 'u' && part_ != Part::skippedString;
   if (unicode && escape_.size() < 6) return;
   phase_ = Phase::inString;
   if (part_ == Part::key) key_.append(longestKey + 1, ' ');  // no name of ours

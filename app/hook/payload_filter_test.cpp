@@ -36,6 +36,8 @@ TEST(PayloadFilter, KeepsWantedMembersHoweverTheTextIsCut) {
       {R"({"a":"\ud83d"})", R"({"a":"\ufffd"})"},
       {R"({"a":"\ude00x\ud83dy"})", R"({"a":"\ufffdx\ufffdy"})"},
       {R"({"a":"\ud83d\ud83d\ude00"})", R"({"a":"\ufffd\ud83d\ude00"})"},
+      // Not to be judged in what does not stay; but its end is found.
+      {R"({"long":"\ud66l\ud\"e00","b":2})", R"({"b":2})"},
       // An escaped name is none of ours.
       {R"({"\u0061":1,"b":2})", R"({"b":2})"},
       {R"({"a":[[[[[[[[[1]]]]]]]]]})", R"({"a":[[[[[[[null]]]]]]]})"},

@@ -1,5 +1,7 @@
 #include "core/installer/settings_json.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <set>
 #include <vector>
 
@@ -29,8 +31,12 @@ Decimal decimal(const std::string& text) {
     result.digits += text[at];
     if (fraction) --result.exponent;
   }
-  // A number that a machine number can hold has a small one.
-  if (at < text.size()) result.exponent += std::strtoll(text.c_str() + at + 1, nullptr, 10);
+  if (at < text.size()) {
+    // Far beyond what a machine number can hold, one is like another.
+    constexpr long long largest = 1'000'000'000'000;
+    const auto written = std::strtoll(text.c_str() + at + 1, nullptr, 10);
+    result.exponent += std::clamp(written, -largest, largest);
+  }
   const auto first = result.digits.find_first_not_of('0');
   if (first == std::string::npos) return {};
   result.digits.erase(0, first);

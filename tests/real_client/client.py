@@ -24,6 +24,20 @@ def program():
     return path if path.exists() else None
 
 
+def missing():
+    """What a test with the real client lacks here, in words; nothing when all is there."""
+    if not program():
+        return "no Claude Code client (tools/install-client gets one)"
+    if subprocess.run(["unshare", *become_root(), "--net", "true"], capture_output=True, check=False).returncode:
+        return "this system lets nobody have a network namespace of their own"
+    return None
+
+
+def become_root():
+    """The options with which an ordinary user may make namespaces."""
+    return [] if os.getuid() == 0 else ["--user", "--map-current-user", "--keep-caps"]
+
+
 class Client:
     """One interactive client in a terminal of its own, in a network namespace without a network."""
 
@@ -50,11 +64,10 @@ class Client:
             "CLAUDE_CODE_DISABLE_NONESSENTIAL_TRAFFIC": "1", "DISABLE_AUTOUPDATER": "1",
             "DISABLE_ERROR_REPORTING": "1", "IS_SANDBOX": "1", **settings,
         }
-        become = [] if os.getuid() == 0 else ["--user", "--map-current-user", "--keep-caps"]
         script = (f"ip link set lo up; {shutil.which('node')} {HERE}/mock-api.mjs --port {PORT} & "
                   f"tmux -S {self.socket} -f /dev/null new-session -d -s t -x 140 -y 45 "
                   "'claude --permission-mode default'; wait")
-        self.sandbox = subprocess.Popen(["unshare", *become, "--net", "sh", "-c", script],
+        self.sandbox = subprocess.Popen(["unshare", *become_root(), "--net", "sh", "-c", script],
                                         cwd=self.project, env=environment, start_new_session=True,
                                         stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         eventually(lambda: self.tmux("capture-pane", "-p", "-t", "t"), 20, "the client's terminal")

@@ -10,7 +10,7 @@ import client
 from machine import Machine, eventually
 
 
-@unittest.skipUnless(client.program(), "SKIPPED: no Claude Code client (tools/install-client gets one)")
+@unittest.skipIf(client.missing(), f"SKIPPED: {client.missing()}")
 class HooksTest(unittest.TestCase):
     def setUp(self):
         self.machine = Machine()

@@ -7,7 +7,7 @@ import client
 from machine import Machine
 
 
-@unittest.skipUnless(client.program(), "SKIPPED: no Claude Code client (tools/install-client gets one)")
+@unittest.skipIf(client.missing(), f"SKIPPED: {client.missing()}")
 class RowsTest(unittest.TestCase):
     def setUp(self):
         self.machine = Machine()
