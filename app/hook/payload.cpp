@@ -9,7 +9,7 @@ namespace zelvane {
 namespace {
 
 // Sorted: looked up by bisection for every member of the payload.
-constexpr std::array<std::string_view, 34> wanted = {
+constexpr std::array<std::string_view, 31> wanted = {
     "activeForm",
     "agentId",
     "agent_id",
@@ -17,7 +17,6 @@ constexpr std::array<std::string_view, 34> wanted = {
     "background_tasks",
     "content",
     "description",
-    "from",
     "hook_event_name",
     "id",
     "message",
@@ -40,9 +39,7 @@ constexpr std::array<std::string_view, 34> wanted = {
     "tool_input",
     "tool_name",
     "tool_response",
-    "tool_use_id",
     "transcript_path",
-    "trigger",
     "type",
 };
 static_assert(std::is_sorted(wanted.begin(), wanted.end()));

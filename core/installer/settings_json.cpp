@@ -52,6 +52,7 @@ class ExactDocument {
  public:
   Json take() { return std::move(root_); }
 
+  // NOLINTBEGIN(readability-identifier-naming): the library calls them so.
   bool null() { return add(nullptr); }
   bool boolean(bool value) { return add(value); }
   bool number_integer(Json::number_integer_t value) { return add(value); }
@@ -71,6 +72,7 @@ class ExactDocument {
   bool end_object() { return close(); }
   bool end_array() { return close(); }
   bool parse_error(std::size_t, const std::string&, const Json::exception&) { return false; }
+  // NOLINTEND(readability-identifier-naming)
 
  private:
   Json* place(Json value) {
