@@ -37,6 +37,17 @@ class Display:
         return subprocess.run(["convert", "png:-", "-depth", "8", "rgb:-"], input=png, check=True,
                               capture_output=True).stdout
 
+    def find(self, colour, run):
+        """Where `run` pixels of exactly the colour begin side by side; nothing when nowhere."""
+        pixels, wanted = self.picture(), bytes(colour) * run
+        at = pixels.find(wanted)
+        while at % 3 and at >= 0:
+            at = pixels.find(wanted, at + 1)
+        return None if at < 0 else (at // 3 % self.size[0], at // 3 // self.size[0])
+
+    def click(self, x, y):
+        self.output("xdotool", "mousemove", str(x), str(y), "click", "1")
+
     def count(self, colour):
         """How many pixels of the screen have exactly the colour."""
         pixels, wanted = self.picture(), bytes(colour)
