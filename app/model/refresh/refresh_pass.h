@@ -14,19 +14,13 @@
 #include "app/model/records/claude_proc.h"
 #include "app/model/records/hook_record.h"
 #include "app/model/records/session.h"
+#include "app/model/transcripts/model_info.h"
 #include "app/notes/notes_entry.h"
 
 namespace zelvane {
 
 /// Cleaned tab titles by tty.
 using TabTitles = std::map<std::string, std::string>;
-
-/// What a transcript tells about a session; empty where unknown.
-struct ModelInfo {
-  std::string model;            ///< display name
-  std::string effort;           ///< as the client writes it
-  std::string suggestedEffort;  ///< lower case
-};
 
 /// One Claude Code process with a terminal, and what is known about its session.
 struct LiveSession {
