@@ -1,5 +1,7 @@
 #include "app/model/transcripts/transcript_line.h"
 
+#include <bit>
+#include <cstdint>
 #include <cstring>
 
 #include "core/json_file.h"
@@ -28,14 +30,11 @@ class Walker {
 
   bool string(std::string_view& text) {
     if (!take('"')) return false;
-    const char* const begin = at_;
-    for (const char* quote = at_; (quote = nextQuote(quote)) != nullptr; ++quote) {
-      if (escaped(begin, quote)) continue;
-      text = {begin, static_cast<std::size_t>(quote - begin)};
-      at_ = quote + 1;
-      return true;
-    }
-    return false;
+    const char* const close = closingQuote(at_);
+    if (!close) return false;
+    text = {at_, static_cast<std::size_t>(close - at_)};
+    at_ = close + 1;
+    return true;
   }
 
   bool skip() {
@@ -79,8 +78,32 @@ class Walker {
   }
 
  private:
+  /// Most strings are short, and a call costs more than looking at eight bytes at once.
   const char* nextQuote(const char* from) const {
+    constexpr std::ptrdiff_t word = sizeof(std::uint64_t);
+    for (int i = 0; i < 4 && end_ - from >= word; ++i, from += word) {
+      if (const auto quotes = quotesIn(from)) return from + std::countr_zero(quotes) / 8;
+    }
     return static_cast<const char*>(std::memchr(from, '"', static_cast<std::size_t>(end_ - from)));
+  }
+
+  /// Eight bytes, where the lowest bit set lies in the first quote's byte; 0 when there is none.
+  static std::uint64_t quotesIn(const char* from) {
+    static_assert(std::endian::native == std::endian::little);
+    constexpr std::uint64_t ones = 0x0101010101010101;
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, from, sizeof bytes);
+    bytes ^= ones * '"';
+    return (bytes - ones) & ~bytes & (ones << 7);
+  }
+
+  /// The end of the string whose text begins here; null when it has none.
+  const char* closingQuote(const char* begin) const {
+    const char* quote = nextQuote(begin);
+    while (quote && quote > begin && quote[-1] == '\\' && escaped(begin, quote)) {
+      quote = nextQuote(quote + 1);
+    }
+    return quote;
   }
 
   static bool escaped(const char* begin, const char* quote) {
@@ -91,16 +114,16 @@ class Walker {
 
   bool skipContainer() {
     std::size_t depth = 0;
-    std::string_view ignored;
-    while (at_ < end_) {
-      const char c = *at_;
-      if (c == '"') {
-        if (!string(ignored)) return false;
-        continue;
+    for (const char* at = at_; at < end_; ++at) {
+      if (*at == '"') {
+        at = closingQuote(at + 1);
+        if (!at) return false;
+      } else if (*at == '{' || *at == '[') {
+        ++depth;
+      } else if ((*at == '}' || *at == ']') && --depth == 0) {
+        at_ = at + 1;
+        return true;
       }
-      ++at_;
-      if (c == '{' || c == '[') ++depth;
-      if ((c == '}' || c == ']') && --depth == 0) return true;
     }
     return false;
   }
@@ -155,16 +178,23 @@ class LineReader {
 
   bool messageMember(std::string_view key) {
     if (key == "model") return walker_.stringOrSkip(line_.model);
+    if (key == "role") return walker_.stringOrSkip(role_);
     if (key != "content") return walker_.skip();
     if (walker_.next() == '"') return walker_.string(line_.content.emplace());
     return walker_.array([this] { return contentItem(); });
+  }
+
+  /// What tools gave back is most of a transcript and tells nothing: it need not be read to its
+  /// end.
+  bool isOfTool(std::string_view itemType) const {
+    return itemType == "tool_result" && (role_ == "user" || type_ == "user");
   }
 
   bool contentItem() {
     std::string_view type;
     std::optional<std::string_view> text;
     const bool whole = walker_.object([&](std::string_view key) {
-      if (key == "type") return walker_.stringOrSkip(type);
+      if (key == "type") return walker_.stringOrSkip(type) && !isOfTool(type);
       if (key == "text" && walker_.next() == '"') return walker_.string(text.emplace());
       return walker_.skip();
     });
@@ -176,6 +206,7 @@ class LineReader {
 
   Walker walker_;
   std::string_view type_;
+  std::string_view role_;
   TranscriptLine line_;
 };
 

@@ -29,7 +29,8 @@ struct TranscriptLine {
   bool hasToolResult = false;
 };
 
-/// Nothing when the line's own "type" is neither "user" nor "assistant", or it is no whole object.
+/// Nothing when the line's own "type" is neither "user" nor "assistant", or it is no whole object;
+/// and possibly when it is a tool's result.
 std::optional<TranscriptLine> transcriptLine(std::string_view line);
 
 /// A text of a line with its escapes resolved, repaired to UTF-8; nothing when it is damaged.

@@ -62,10 +62,9 @@ std::string suggestionIn(std::string_view text) {
 
 std::string suggestionIn(const TranscriptLine& line) {
   for (const auto written : line.texts) {
-    // Most texts have neither, and need not be copied.
-    if (written.find(suggestionPhrase) == written.npos && written.find("\\u") == written.npos) {
-      continue;
-    }
+    // Few texts have such marks; the others need not be copied.
+    const bool emphasis = written.find("**") != written.npos;
+    if (!emphasis && written.find("\\u") == written.npos) continue;
     auto suggestion = suggestionIn(plainText(written).value_or(""));
     if (!suggestion.empty()) return suggestion;
   }
