@@ -9,6 +9,7 @@
 #include "core/installer/installer.h"
 #include "core/run_loop.h"
 
+#include "app/model/family/family.h"
 #include "app/model/refresh/offers.h"
 #include "app/model/store/samples.h"
 #include "app/ui/column/text_style.h"
@@ -19,7 +20,8 @@ namespace zelvane {
 namespace {
 
 constexpr int pictureMaxHeight = 900;
-constexpr std::int64_t friendCount = 1;
+
+std::int64_t friendCount() { return static_cast<std::int64_t>(Family::all().size()); }
 
 Executor mainThread() {
   return [](std::function<void()> task) {
@@ -125,7 +127,7 @@ int AppDelegate::renderAndExit(const std::string& path) {
   store_->setReadOnly();
   if (options_.theme) store_->setTheme(*options_.theme);
   if (options_.showcase) {
-    store_->showSamples(showcaseRows(friendCount, systemTime()));
+    store_->showSamples(showcaseRows(friendCount(), systemTime()));
   } else {
     // Time for the first pass, and for what it reads, to come to its end.
     constexpr std::chrono::seconds patience(3);
@@ -159,7 +161,7 @@ void AppDelegate::openPanel() {
 
 void AppDelegate::fillOrStart() {
   if (options_.demo) {
-    store_->showSamples(demoRows(*options_.demo, friendCount, systemTime()));
+    store_->showSamples(demoRows(*options_.demo, friendCount(), systemTime()));
   } else {
     store_->start();
   }

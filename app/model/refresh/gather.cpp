@@ -1,6 +1,7 @@
 #include "app/model/refresh/gather.h"
 
 #include <algorithm>
+#include <random>
 #include <thread>
 
 #include "core/paths.h"
@@ -8,8 +9,10 @@
 
 #include "app/hook/record_file.h"
 #include "app/hook/upkeep.h"
+#include "app/model/family/family.h"
 #include "app/model/records/session_files.h"
 #include "app/model/refresh/row_rules.h"
+#include "app/model/transcripts/transcript_reader.h"
 
 namespace zelvane {
 namespace {
@@ -75,6 +78,15 @@ std::map<std::string, NotesEntry> notesOf(const RefreshSources& sources,
   return notes;
 }
 
+/// What the passes remember of transcripts lives as long as the function.
+decltype(RefreshSources::modelInfo) transcriptSource() {
+  const auto reader = std::make_shared<TranscriptReader>(Paths::home() + "/.claude/projects",
+                                                         systemTranscriptFiles());
+  return [reader](const std::string& id, const std::optional<std::string>& transcript, Time now) {
+    return reader->modelInfo(id, transcript ? transcript : reader->findTranscript(id), now);
+  };
+}
+
 }  // namespace
 
 RefreshSources systemSources() {
@@ -91,6 +103,12 @@ RefreshSources systemSources() {
   sources.keepRecordUp = [](const ClaudeProc& proc) {
     (void)changeRecord(RecordFolder::in(Paths::zelvane()), proc.sessionId,
                        [&](Json& record) { keepUp(record, wordOf(proc)); });
+  };
+  sources.modelInfo = transcriptSource();
+  sources.friendCount = [] { return Family::all().size(); };
+  sources.randomNumber = [] {
+    std::random_device device;
+    return std::uint64_t{device()} << 32 | device();
   };
   return sources;
 }
@@ -109,8 +127,10 @@ RefreshInputs gather(const RefreshSources& sources, const RefreshMemory& memory,
   inputs.notes = notesOf(sources, memory, inputs.live);
   for (auto& live : inputs.live) {
     live.model = sources.modelInfo(live.proc.sessionId,
-                                   live.hook ? live.hook->transcriptPath : std::nullopt);
+                                   live.hook ? live.hook->transcriptPath : std::nullopt, now);
   }
+  inputs.friendCount = sources.friendCount();
+  inputs.chance = sources.randomNumber();
   return inputs;
 }
 

@@ -23,8 +23,12 @@ struct RefreshSources {
   std::function<TabTitles()> terminalTitles = [] { return TabTitles(); };
   std::function<std::optional<std::string>()> frontTTY = [] { return std::nullopt; };
   std::function<NotesEntry(const std::string& id)> notes = [](const auto&) { return NotesEntry(); };
-  std::function<ModelInfo(const std::string& id, const std::optional<std::string>& transcript)>
-      modelInfo = [](const auto&, const auto&) { return ModelInfo(); };
+  /// `transcript`: the path, when the hook record tells it.
+  std::function<ModelInfo(const std::string& id, const std::optional<std::string>& transcript,
+                          Time now)>
+      modelInfo = [](const auto&, const auto&, Time) { return ModelInfo(); };
+  std::function<std::size_t()> friendCount = [] { return std::size_t{1}; };
+  std::function<std::uint64_t()> randomNumber = [] { return std::uint64_t{0}; };
 };
 
 /// The sources of this user's machine: the session files and hook records of `Paths`, the process

@@ -121,6 +121,26 @@ TEST(Gather, FetchesTheNotesThatMayMove) {
   EXPECT_EQ(inputs.notes.at("older").title, "title of older");
 }
 
+TEST(Gather, AsksForModelsWithTheRecordsPathAndForCharacters) {
+  HookRecord told;
+  told.transcriptPath = "/t/b.jsonl";
+  FakeMachine machine{.procs = {{1, "a"}, {2, "b"}},
+                      .ttys = {{1, "/dev/pts/1"}, {2, "/dev/pts/2"}},
+                      .hooks = {{"b", told}}};
+  auto sources = machine.sources();
+  sources.modelInfo = [](const std::string& id, const std::optional<std::string>& path, Time at) {
+    EXPECT_EQ(at, now);
+    return ModelInfo{id, path.value_or("none"), ""};
+  };
+  sources.friendCount = [] { return std::size_t{18}; };
+  sources.randomNumber = [] { return std::uint64_t{7}; };
+  const auto inputs = gather(sources, {}, {}, now);
+  EXPECT_EQ(inputs.live.at(0).model, (ModelInfo{"a", "none", ""}));
+  EXPECT_EQ(inputs.live.at(1).model, (ModelInfo{"b", "/t/b.jsonl", ""}));
+  EXPECT_EQ(inputs.friendCount, 18U);
+  EXPECT_EQ(inputs.chance, 7U);
+}
+
 TEST(Gather, HasNothingWhereNoSourceExistsYet) {
   FakeMachine machine{
       .procs = {{1, "a"}}, .ttys = {{1, "/dev/pts/1"}}, .hooks = {{"a", finished()}}};

@@ -1,6 +1,7 @@
 #include "app/model/refresh/refresh_pass.h"
 
 #include <algorithm>
+#include <random>
 
 #include "core/localization.h"
 
@@ -23,7 +24,8 @@ void followSessions(const RefreshInputs& inputs, Time now, RefreshResult& result
     const auto& id = live.proc.sessionId;
     const auto before = memory.sidByPid.find(live.proc.pid);
     if (before != memory.sidByPid.end() && before->second != id) {
-      memory.pendingCarry[id] = {before->second, secondsSince1970(now)};
+      memory.pendingCarry[id] = {before->second, secondsSince1970(now),
+                                 memory.friends.friendOf.contains(id)};
     }
     seen[live.proc.pid] = memory.sidByPid[live.proc.pid] = id;
 
@@ -33,13 +35,31 @@ void followSessions(const RefreshInputs& inputs, Time now, RefreshResult& result
     if (source == "clear") {
       const auto& from = pending->second.from;
       if (!inputs.choices.readOnly) result.carries.push_back({from, id});
-      const auto character = memory.friendOf.find(from);
-      if (character != memory.friendOf.end()) memory.friendOf.emplace(id, character->second);
+      auto& friendOf = memory.friends.friendOf;
+      const auto character = friendOf.find(from);
+      if (character != friendOf.end() && !pending->second.ownCharacter) {
+        friendOf[id] = character->second;
+      }
     }
     const bool late = now - timeAt(pending->second.since) > carryWait;
     if (source || late) memory.pendingCarry.erase(pending);
   }
   memory.sidByPid = std::move(seen);
+}
+
+std::set<std::string> sessionsIn(const RefreshMemory& memory) {
+  std::set<std::string> ids;
+  for (const auto& [pid, id] : memory.sidByPid) ids.insert(id);
+  return ids;
+}
+
+void giveCharacters(const RefreshInputs& inputs, const std::set<std::string>& liveBefore, Time now,
+                    FriendMemory& friends) {
+  std::vector<std::string> ids;
+  for (const auto& live : inputs.live) ids.push_back(live.proc.sessionId);
+  std::mt19937_64 numbers(inputs.chance);
+  const Random random = [&](std::size_t below) { return numbers() % below; };
+  assignFriends(ids, liveBefore, inputs.friendCount, friends, random, now);
 }
 
 void keepTitles(const RefreshInputs& inputs, Time now, RefreshMemory& memory) {
@@ -119,7 +139,7 @@ class RowBuilder {
         live.hook->todos->total > 0) {
       row.progress = {live.hook->todos->done, live.hook->todos->total};
     }
-    row.friendIndex = lookedUp(result_.memory.friendOf, id).value_or(0);
+    row.friendIndex = lookedUp(result_.memory.friends.friendOf, id).value_or(0);
     row.model = live.model.model;
     row.effort = live.model.effort;
     row.suggestedEffort = live.model.suggestedEffort;
@@ -172,7 +192,12 @@ RefreshResult refreshPass(const RefreshInputs& inputs, RefreshMemory memory, Tim
   RefreshResult result;
   result.memory = std::move(memory);
   keepTitles(inputs, now, result.memory);
+  const auto friendsBefore = result.memory.friends;
+  const auto liveBefore = sessionsIn(result.memory);
   followSessions(inputs, now, result);
+  giveCharacters(inputs, liveBefore, now, result.memory.friends);
+  result.saveFriends =
+      !inputs.choices.readOnly && friendsToSave(friendsBefore, result.memory.friends, now);
   RowBuilder builder(inputs, now, result);
   for (const auto& live : inputs.live) result.rows.push_back(builder.row(live));
   orderRows(result.rows, inputs.choices.pins);

@@ -11,22 +11,17 @@
 
 #include "core/time.h"
 
+#include "app/model/family/assign_friends.h"
 #include "app/model/records/claude_proc.h"
 #include "app/model/records/hook_record.h"
 #include "app/model/records/session.h"
+#include "app/model/transcripts/model_info.h"
 #include "app/notes/notes_entry.h"
 
 namespace zelvane {
 
 /// Cleaned tab titles by tty.
 using TabTitles = std::map<std::string, std::string>;
-
-/// What a transcript tells about a session; empty where unknown.
-struct ModelInfo {
-  std::string model;            ///< display name
-  std::string effort;           ///< as the client writes it
-  std::string suggestedEffort;  ///< lower case
-};
 
 /// One Claude Code process with a terminal, and what is known about its session.
 struct LiveSession {
@@ -53,7 +48,9 @@ struct RefreshInputs {
   std::optional<std::string> frontTTY;      ///< when it was needed and is known
   std::map<std::string, NotesEntry> notes;  ///< of live sessions and those they replaced
   UserChoices choices;
-  std::string home;  ///< the user's home folder
+  std::string home;             ///< the user's home folder
+  std::size_t friendCount = 1;  ///< how many characters there are
+  std::uint64_t chance = 0;     ///< a random number; what is left to chance follows from it
 };
 
 /// What the passes remember from one to the next.
@@ -61,7 +58,8 @@ struct RefreshMemory {
   /// A title and memo that will move if the new session's hook record says so in time.
   struct Carry {
     std::string from;
-    double since = 0;  ///< seconds since 1970
+    double since = 0;           ///< seconds since 1970
+    bool ownCharacter = false;  ///< the new session had one before; else it takes over the old's
     bool operator==(const Carry&) const = default;
   };
 
@@ -70,8 +68,7 @@ struct RefreshMemory {
   std::set<std::string> titleTried;              ///< ttys whose titles were asked for
   std::map<std::int32_t, std::string> sidByPid;  ///< the session last seen in each process
   std::map<std::string, Carry> pendingCarry;     ///< by new session id
-  std::map<std::string, std::int64_t> friendOf;  ///< character by session id
-  std::map<std::string, double> friendSeen;      ///< when each was last seen, since 1970
+  FriendMemory friends;
 };
 
 /// The notes of one session to be copied to another.
@@ -86,6 +83,7 @@ struct RefreshResult {
   std::vector<NotesCarry> carries;        ///< first of all, in this order
   std::vector<std::string> acknowledged;  ///< sessions the user saw finish, to be acknowledged now
   RefreshMemory memory;                   ///< for the next pass
+  bool saveFriends = false;               ///< the characters in `memory` are to be saved
 };
 
 /// Whether the pass is due to ask the terminals for their tabs' titles. `ttys` are the live ones.

@@ -28,6 +28,7 @@ RefreshInputs inputs(std::vector<LiveSession> sessions) {
   RefreshInputs result;
   result.live = std::move(sessions);
   result.home = "/home/me";
+  result.friendCount = 8;
   return result;
 }
 
@@ -136,7 +137,7 @@ TEST(RefreshPass, FillsTheOtherFields) {
   auto given = inputs({session});
   given.choices.pins = {"x", "s"};
   RefreshMemory memory;
-  memory.friendOf = {{"s", 3}};
+  memory.friends.friendOf = {{"s", 3}};
   const auto row = onlyRow(given, memory);
   EXPECT_EQ(row.id, "s");
   EXPECT_EQ(row.pid, 4);
@@ -193,7 +194,7 @@ TEST(RefreshPass, CarriesNotesOnlyAfterAClear) {
   };
   for (const auto& [what, hook, later, carried, pending] : cases) {
     auto before = refreshPass(inputs({live(1, "old")}), {}, now).memory;
-    before.friendOf["old"] = 7;
+    before.friends.friendOf["old"] = 7;
     before = refreshPass(inputs({live(1, "new")}), before, now).memory;
     EXPECT_EQ(before.pendingCarry.size(), 1U) << what;
 
@@ -204,7 +205,7 @@ TEST(RefreshPass, CarriesNotesOnlyAfterAClear) {
     const auto result = refreshPass(given, before, now + Seconds(later));
     EXPECT_EQ(result.carries == (std::vector<NotesCarry>{{"old", "new"}}), carried) << what;
     EXPECT_EQ(result.rows[0].title == "title", carried) << what;
-    EXPECT_EQ(result.rows[0].friendIndex, carried ? 7 : 0) << what;
+    EXPECT_EQ(result.rows[0].friendIndex == 7, carried) << what;
     EXPECT_EQ(!result.memory.pendingCarry.empty(), pending) << what;
     EXPECT_THAT(refreshPass(given, result.memory, now + Seconds(later)).carries, IsEmpty())
         << what << ", only once";
@@ -213,7 +214,7 @@ TEST(RefreshPass, CarriesNotesOnlyAfterAClear) {
 
 TEST(RefreshPass, CarriesWithRespect) {
   auto memory = refreshPass(inputs({live(1, "old")}), {}, now).memory;
-  memory.friendOf = {{"old", 7}, {"new", 2}};
+  memory.friends.friendOf = {{"old", 7}, {"new", 2}};
   auto given = inputs({live(1, "new", "idle", startedBy("clear"))});
   given.notes = {{"old", {"old title", "old memo", 1}}, {"new", {"new title", {}, 2}}};
   const auto own = refreshPass(given, memory, now);
@@ -223,11 +224,29 @@ TEST(RefreshPass, CarriesWithRespect) {
 
   given.notes.erase("new");
   given.choices.readOnly = true;
-  memory.friendOf.erase("new");
+  memory.friends.friendOf.erase("new");
   const auto readOnly = refreshPass(given, memory, now);
   EXPECT_THAT(readOnly.carries, IsEmpty());
   EXPECT_FALSE(readOnly.rows[0].renamed);
   EXPECT_EQ(readOnly.rows[0].friendIndex, 7) << "the character follows the tab all the same";
+}
+
+TEST(RefreshPass, GivesEachSessionACharacterThatStays) {
+  auto given = inputs({live(1, "a"), live(2, "b")});
+  given.friendCount = 2;
+  const auto first = refreshPass(given, {}, now + Seconds(30));
+  EXPECT_NE(first.rows[0].friendIndex, first.rows[1].friendIndex);
+  EXPECT_TRUE(first.saveFriends);
+  std::swap(given.live[0], given.live[1]);
+  given.live.insert(given.live.begin(), live(3, "c"));
+  const auto second = refreshPass(given, first.memory, now + Seconds(40));
+  for (const char* id : {"a", "b"}) {
+    EXPECT_EQ(second.memory.friends.friendOf.at(id), first.memory.friends.friendOf.at(id)) << id;
+  }
+  EXPECT_FALSE(refreshPass(given, second.memory, now + Seconds(50)).saveFriends);
+  EXPECT_TRUE(refreshPass(given, second.memory, now + Seconds(60)).saveFriends);
+  given.choices.readOnly = true;
+  EXPECT_FALSE(refreshPass(given, {}, now + Seconds(60)).saveFriends);
 }
 
 TEST(RefreshPass, ForgetsProcessesThatAreGone) {

@@ -40,8 +40,8 @@ ZelvaneStore::ZelvaneStore(Options options)
   options_.sources.notes = [notes = notes_.get()](const std::string& id) {
     return notes->entry(id);
   };
-  memory_.friendOf = std::move(saved.friendOf);
-  memory_.friendSeen = std::move(saved.friendSeen);
+  memory_.friends.friendOf = std::move(saved.friendOf);
+  memory_.friends.friendSeen = std::move(saved.friendSeen);
   shared_ = {.acked = std::move(saved.acked),
              .pins = std::move(saved.pinned),
              .visible = visible_,
@@ -116,6 +116,7 @@ void ZelvaneStore::runPass() {
   memory_ = std::move(result.memory);
   for (const auto& [from, to] : result.carries) notes_->carry(from, to);
   for (const auto& id : result.acknowledged) acknowledge(id);
+  if (result.saveFriends) saveFriends();
   options_.mainThread([weak = weak_from_this(), rows = std::move(result.rows)]() mutable {
     if (const auto self = weak.lock()) self->publish(std::move(rows));
   });
@@ -126,6 +127,16 @@ void ZelvaneStore::keepRecordsUp(const RefreshInputs& inputs) {
   for (const auto& live : inputs.live) {
     if (live.recordOutdated) options_.sources.keepRecordUp(live.proc);
   }
+}
+
+/// On the refresh queue: hands a copy of the characters to the main thread, which saves it.
+void ZelvaneStore::saveFriends() {
+  options_.mainThread([weak = weak_from_this(), friends = memory_.friends] {
+    const auto self = weak.lock();
+    if (!self || self->readOnly_) return;
+    self->options_.defaults->set("friendOf", friends.friendOf);
+    self->options_.defaults->set("friendSeen", friends.friendSeen);
+  });
 }
 
 UserChoices ZelvaneStore::choices() {

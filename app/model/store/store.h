@@ -113,6 +113,7 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
 
   void runPass();
   void keepRecordsUp(const RefreshInputs& inputs);
+  void saveFriends();
   void requestPass();
   void publish(std::vector<ZelvaneSession> rows);
   void followNotesProblem();

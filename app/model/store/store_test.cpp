@@ -175,6 +175,26 @@ TEST_F(StoreFixture, AcknowledgesForGood) {
   EXPECT_EQ(savedSettings(*defaults_, timeAt(1'800'000'000)).acked.at("a"), 1'800'000'000);
 }
 
+TEST_F(StoreFixture, SavesCharactersUnlessReadOnly) {
+  for (const bool readOnly : {true, false}) {
+    auto with = options();
+    with.readOnly = readOnly;
+    with.sources.friendCount = [] { return std::size_t{18}; };
+    create(std::move(with));
+    setProcs({{1, "a"}});
+    pass();
+    const auto saved = savedSettings(*defaults_, timeAt(1'800'000'000));
+    EXPECT_EQ(saved.friendOf.contains("a"), !readOnly);
+    EXPECT_EQ(saved.friendSeen.contains("a"), !readOnly);
+    onMain([&] {
+      if (!readOnly) {
+        EXPECT_EQ(store_->sessions().at(0).friendIndex, saved.friendOf.at("a"));
+      }
+      store_.reset();
+    });
+  }
+}
+
 TEST_F(StoreFixture, ClosesTheEditorOfAVanishedRow) {
   setProcs({{1, "a"}});
   create(options());

@@ -1,0 +1,90 @@
+#include "app/model/family/assign_friends.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace zelvane {
+namespace {
+
+constexpr Seconds remembered(2'592'000);
+
+class Assignment {
+ public:
+  Assignment(std::size_t count, FriendMemory& memory, const Random& random)
+      : count_(std::max<std::size_t>(count, 1)), memory_(memory), random_(random) {}
+
+  /// For a session that ran before: what it has is its own, though another may have it, too.
+  bool keep(const std::string& id) {
+    const auto own = ownOf(id);
+    if (own) used_.insert(*own);
+    return own.has_value();
+  }
+
+  void give(const std::string& id) {
+    const auto own = ownOf(id);
+    const bool allUsed = used_.size() == count_;
+    if (own && (allUsed || !used_.contains(*own))) {
+      used_.insert(*own);
+      return;
+    }
+    const auto chosen = allUsed ? random_(count_) : unused(random_(count_ - used_.size()));
+    memory_.friendOf[id] = static_cast<std::int64_t>(chosen);
+    used_.insert(chosen);
+  }
+
+ private:
+  std::optional<std::size_t> ownOf(const std::string& id) const {
+    const auto found = memory_.friendOf.find(id);
+    const bool known = found != memory_.friendOf.end() && found->second >= 0 &&
+                       static_cast<std::size_t>(found->second) < count_;
+    return known ? std::optional(static_cast<std::size_t>(found->second)) : std::nullopt;
+  }
+
+  /// The character after `skipped` others that nobody has.
+  std::size_t unused(std::size_t skipped) const {
+    std::size_t index = 0;
+    while (used_.contains(index) || skipped-- > 0) ++index;
+    return index;
+  }
+
+  std::size_t count_;
+  FriendMemory& memory_;
+  const Random& random_;
+  std::set<std::size_t> used_;
+};
+
+void forget(FriendMemory& memory, Time now) {
+  // What was saved without a time has been seen at least once, by now.
+  for (const auto& entry : memory.friendOf) {
+    memory.friendSeen.emplace(entry.first, secondsSince1970(now));
+  }
+  std::erase_if(memory.friendSeen, [&](const auto& seen) {
+    const bool old = now - timeAt(seen.second) > remembered;
+    if (old) memory.friendOf.erase(seen.first);
+    return old;
+  });
+}
+
+}  // namespace
+
+void assignFriends(const std::vector<std::string>& ids, const std::set<std::string>& liveBefore,
+                   std::size_t count, FriendMemory& memory, const Random& random, Time now) {
+  Assignment assignment(count, memory, random);
+  std::set<std::string> given;  // an id that is listed twice is one session
+  for (const auto& id : ids) {
+    if (liveBefore.contains(id) && assignment.keep(id)) given.insert(id);
+  }
+  for (const auto& id : ids) {
+    if (given.insert(id).second) assignment.give(id);
+  }
+  for (const auto& id : given) memory.friendSeen[id] = secondsSince1970(now);
+  forget(memory, now);
+}
+
+bool friendsToSave(const FriendMemory& before, const FriendMemory& after, Time now) {
+  if (before.friendOf != after.friendOf) return true;
+  const auto second = wholeSeconds(now) % 60;
+  return second >= 0 && second <= 9 && before.friendSeen != after.friendSeen;
+}
+
+}  // namespace zelvane

@@ -1,0 +1,95 @@
+#include "app/model/transcripts/transcript_reader.h"
+
+#include <algorithm>
+
+#include "core/text.h"
+
+namespace zelvane {
+namespace {
+
+/// Whether the moment lies less than the span ago. One in the future does not: the clock was set
+/// back, and waiting for it to catch up could take forever.
+bool within(Seconds span, Time moment, Time now) { return moment <= now && now - moment < span; }
+
+/// Paths come from hook records, which others could write.
+bool isUsablePath(const std::string& path) {
+  return path.starts_with('/') && path.find('\0') == path.npos;
+}
+
+}  // namespace
+
+std::optional<std::string> TranscriptReader::findTranscript(const std::string& sessionId) {
+  const auto known = transcriptPaths.find(sessionId);
+  if (known != transcriptPaths.end()) return known->second;
+  if (!isSafeFileName(sessionId)) return std::nullopt;
+  for (const auto& project : files_->entries(projects_)) {
+    auto path = projects_ + "/" + project + "/" + sessionId + ".jsonl";
+    if (!files_->size(path)) continue;
+    transcriptPaths[sessionId] = path;
+    return path;
+  }
+  return std::nullopt;
+}
+
+ModelInfo TranscriptReader::modelInfo(const std::string& sessionId,
+                                      const std::optional<std::string>& path, Time now) {
+  if (!path || !isUsablePath(*path)) return {};
+  const auto size = files_->size(*path);
+  if (!size) return {};
+  const auto known = modelCache.find(sessionId);
+  if (known != modelCache.end() &&
+      (known->second.size == size || within(betweenReads, known->second.at, now))) {
+    return known->second.info;
+  }
+  CacheRecord& record = modelCache[sessionId];
+  record = recordAfter(record, read(sessionId, *path, *size, now), *size, now);
+  return record.info;
+}
+
+bool TranscriptReader::deepReadAllowed(const std::string& sessionId, Time now) const {
+  const auto last = deepReadAt.find(sessionId);
+  return last == deepReadAt.end() || last->second > now || now - last->second > betweenDeepReads;
+}
+
+TranscriptReader::Reading TranscriptReader::read(const std::string& sessionId,
+                                                 const std::string& path, std::uint64_t size,
+                                                 Time now) {
+  const auto usual = readTail(path, size, usualTail);
+  if (!usual) return {};
+  const bool enough = size <= usualTail || !usual->found.info.model.empty();
+  if (enough || !deepReadAllowed(sessionId, now)) return *usual;
+  deepReadAt[sessionId] = now;
+  return readTail(path, size, deepTail).value_or(*usual);
+}
+
+std::optional<TranscriptReader::Reading> TranscriptReader::readTail(const std::string& path,
+                                                                    std::uint64_t size,
+                                                                    std::size_t most) const {
+  const auto length = static_cast<std::size_t>(std::min<std::uint64_t>(size, most));
+  const auto buffer = std::make_unique_for_overwrite<char[]>(length);
+  const auto count = files_->read(path, size - length, buffer.get(), length);
+  if (!count) return std::nullopt;
+  return Reading{tailFindings({buffer.get(), *count}), *count};
+}
+
+/// What is known once the reading is weighed against what was known before.
+TranscriptReader::CacheRecord TranscriptReader::recordAfter(const CacheRecord& previous,
+                                                            Reading reading, std::uint64_t size,
+                                                            Time now) {
+  // Nothing new is known, but the file is left in peace for a while.
+  if (reading.bytes == 0 && size > 0) return {std::nullopt, previous.info, now};
+  ModelInfo info = std::move(reading.found.info);
+  if (info.suggestedEffort.empty() && !reading.found.passedPrompt && previous.size) {
+    // Unless there are new lines that nobody read, the suggestion still follows the last prompt.
+    const bool sawAllNew = size >= *previous.size && size - *previous.size < reading.bytes;
+    if (sawAllNew) info.suggestedEffort = previous.info.suggestedEffort;
+  }
+  if (info.model.empty() && previous.at != distantPast) {
+    // Only tool traffic at the end: what was known still holds.
+    info.model = previous.info.model;
+    info.effort = previous.info.effort;
+  }
+  return {size, std::move(info), now};
+}
+
+}  // namespace zelvane

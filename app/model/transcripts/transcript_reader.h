@@ -1,0 +1,64 @@
+// Model, effort and suggested effort of each session, read from the ends of transcripts: seldom,
+// and never more than is likely to be needed. One thread at a time: the refresh queue.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "core/time.h"
+
+#include "app/model/transcripts/model_info.h"
+#include "app/model/transcripts/transcript_files.h"
+#include "app/model/transcripts/transcript_tail.h"
+
+namespace zelvane {
+
+class TranscriptReader {
+ public:
+  static constexpr std::size_t usualTail = 65'536;  ///< bytes
+  static constexpr std::size_t deepTail = 524'288;  ///< bytes, when the usual tail names no model
+  static constexpr Seconds betweenReads{30};        ///< of one session
+  static constexpr Seconds betweenDeepReads{300};   ///< of one session
+
+  /// `projects`: the folder with one folder of transcripts per project.
+  TranscriptReader(std::string projects, std::shared_ptr<const TranscriptFiles> files)
+      : projects_(std::move(projects)), files_(std::move(files)) {}
+
+  /// The path of the session's transcript, remembered once found; nothing when there is none, or
+  /// the id is no plain file name.
+  std::optional<std::string> findTranscript(const std::string& sessionId);
+
+  /// What the transcript at the path tells; all unknown without one. Opens the file only when its
+  /// size changed since the session's last read and that is `betweenReads` ago.
+  ModelInfo modelInfo(const std::string& sessionId, const std::optional<std::string>& path,
+                      Time now);
+
+ private:
+  struct CacheRecord {
+    std::optional<std::uint64_t> size;  ///< bytes when last read; nothing: that failed
+    ModelInfo info;
+    Time at = distantPast;
+  };
+  struct Reading {
+    TailFindings found;
+    std::uint64_t bytes = 0;  ///< of the last tail read; 0 when nothing could be read
+  };
+
+  Reading read(const std::string& sessionId, const std::string& path, std::uint64_t size, Time now);
+  std::optional<Reading> readTail(const std::string& path, std::uint64_t size,
+                                  std::size_t most) const;
+  bool deepReadAllowed(const std::string& sessionId, Time now) const;
+  static CacheRecord recordAfter(const CacheRecord& previous, Reading reading, std::uint64_t size,
+                                 Time now);
+
+  std::string projects_;
+  std::shared_ptr<const TranscriptFiles> files_;
+  std::map<std::string, std::string> transcriptPaths;  ///< by session id
+  std::map<std::string, CacheRecord> modelCache;       ///< by session id
+  std::map<std::string, Time> deepReadAt;              ///< by session id
+};
+
+}  // namespace zelvane
