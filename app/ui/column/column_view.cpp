@@ -158,10 +158,11 @@ void ColumnView::showCards() {
                                              .busy = connection_->busy(),
                                              .dismissed = connection_->cardDismissed()}),
                              theme(), width());
-  restoreCard_.setContent(restoreCard({.pending = store_->pendingRestore().size(),
-                                       .recent = store_->recentClosed().size(),
-                                       .restoring = store_->restoring(),
-                                       .message = store_->restoreMessage()}),
+  const auto& offers = store_->offers();
+  restoreCard_.setContent(restoreCard({.pending = offers.pendingRestore().size(),
+                                       .recent = offers.recentClosed().size(),
+                                       .restoring = offers.restoring(),
+                                       .message = offers.restoreMessage()}),
                           theme(), width());
 }
 
@@ -175,8 +176,14 @@ void ColumnView::chosen(CardAction action) {
       return connection_->refresh();
     case CardAction::closeMessage:
       return connection_->clearMessage();
-    default:
-      return;
+    case CardAction::restoreAll:
+      return store_->offers().restoreReboot();
+    case CardAction::dismissRestore:
+      return store_->offers().dismissRestore();
+    case CardAction::reopenRecent:
+      return store_->offers().restoreRecent();
+    case CardAction::dismissRecent:
+      return store_->offers().dismissRecent();
   }
 }
 
