@@ -1,0 +1,19 @@
+#include "app/terminal/system_terminals.h"
+
+#include "app/terminal/linux/open_window.h"
+#include "app/terminal/linux/window_host.h"
+#include "app/terminal/linux/x11_desktop.h"
+
+namespace zelvane {
+
+std::unique_ptr<TerminalSet> systemTerminals() {
+  TerminalParts parts;
+  parts.processes = systemProcesses();
+  parts.desktop = std::make_unique<X11Desktop>();
+  parts.tmux = std::make_unique<Tmux>();
+  parts.hosts.push_back(std::make_unique<WindowHost>());
+  parts.openAnywhere = openAnyWindow;
+  return std::make_unique<TerminalSet>(std::move(parts));
+}
+
+}  // namespace zelvane
