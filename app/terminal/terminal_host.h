@@ -17,6 +17,7 @@ using Titles = std::map<std::string, std::string>;  ///< by tty, without control
 /// A tab that was selected, and the window that must still be raised for it to be seen.
 struct SelectedTab {
   std::optional<std::uint32_t> xWindow{};  ///< the window, when the program told
+  std::string title{};                     ///< what that window is called now, when it told
   bool raised = false;  ///< whether the program has seen to it that its window has the keyboard
 };
 

@@ -185,6 +185,11 @@ std::optional<DesktopWindow> TerminalSet::windowFor(const Place& place,
   for (const auto& window : windows) {
     if (selected.xWindow && window.xWindow == selected.xWindow) return window;
   }
+  std::vector<DesktopWindow> titled;
+  std::copy_if(windows.begin(), windows.end(), std::back_inserter(titled), [&](const auto& one) {
+    return one.pid == place.owner().pid && one.title == selected.title;
+  });
+  if (titled.size() == 1) return titled.front();
   const auto* window = windowOf(place, windows);
   return window ? std::optional(*window) : std::nullopt;
 }

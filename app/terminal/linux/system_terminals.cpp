@@ -1,5 +1,6 @@
 #include "app/terminal/system_terminals.h"
 
+#include "app/terminal/kitty.h"
 #include "app/terminal/linux/open_window.h"
 #include "app/terminal/linux/window_host.h"
 #include "app/terminal/linux/x11_desktop.h"
@@ -11,6 +12,8 @@ std::unique_ptr<TerminalSet> systemTerminals() {
   parts.processes = systemProcesses();
   parts.desktop = std::make_unique<X11Desktop>();
   parts.tmux = std::make_unique<Tmux>();
+  const auto openKitty = [](const OpenRequest& request) { return openWindowOf("kitty", request); };
+  parts.hosts.push_back(std::make_unique<KittyHost>(parts.processes, openKitty));
   parts.hosts.push_back(std::make_unique<WindowHost>());
   parts.openAnywhere = openAnyWindow;
   return std::make_unique<TerminalSet>(std::move(parts));

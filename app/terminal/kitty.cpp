@@ -1,0 +1,110 @@
+#include "app/terminal/kitty.h"
+
+#include <set>
+
+#include "platform/local_socket.h"
+
+#include "core/localization.h"
+#include "core/paths.h"
+#include "core/time.h"
+
+namespace zelvane {
+namespace {
+
+constexpr Seconds limit{0.8};
+
+/// The socket of the kitty that draws the place. One that was started in a tab of another without
+/// a socket of its own has inherited the other's.
+std::string socketOf(const Place& place) {
+  if (decimal(place.variable("KITTY_PID")) != place.owner().pid) return {};
+  return kittyAddress(place.variable("KITTY_LISTEN_ON"));
+}
+
+std::optional<Json> ask(const std::string& socket, const std::string& command,
+                        const Json& payload) {
+  const auto answer =
+      platform::askLocalSocket(socket, kittyRequest(command, payload), limit, isWholeKittyAnswer);
+  return answer ? kittyAnswer(*answer) : std::nullopt;
+}
+
+std::vector<KittyWindow> list(const std::string& socket) {
+  const auto data = socket.empty() ? std::nullopt : ask(socket, "ls", Json());
+  return data ? kittyWindows(*data) : std::vector<KittyWindow>();
+}
+
+std::set<std::string> socketsOf(const std::vector<Place>& places) {
+  std::set<std::string> sockets;
+  for (const auto& place : places) {
+    if (auto socket = socketOf(place); !socket.empty()) sockets.insert(std::move(socket));
+  }
+  return sockets;
+}
+
+}  // namespace
+
+bool KittyHost::owns(const Place& place) const { return place.owner().name == "kitty"; }
+
+Titles KittyHost::titles(const std::vector<Place>& places) {
+  Titles titles;
+  for (const auto& socket : socketsOf(places)) {
+    for (const auto& window : list(socket)) {
+      const auto shell = world_.info(window.pid);
+      if (shell && shell->tty && !window.title.empty()) titles[*shell->tty] = window.title;
+    }
+  }
+  return titles;
+}
+
+std::optional<std::string> KittyHost::front(const std::vector<Place>& places,
+                                            const std::optional<DesktopWindow>& active) {
+  std::optional<std::string> front;
+  for (const auto& socket : socketsOf(places)) {
+    const auto windows = list(socket);
+    const auto* window = frontOf(windows, active);
+    if (!window) continue;
+    const auto shell = world_.info(window->pid);
+    if (front || !shell) return std::nullopt;
+    front = shell->tty;
+  }
+  return front;
+}
+
+std::optional<KittyWindow> KittyHost::windowOf(const Place& place) const {
+  for (auto& window : list(socketOf(place))) {
+    const auto shell = world_.info(window.pid);
+    if (shell && shell->tty == place.tty) return std::move(window);
+  }
+  return std::nullopt;
+}
+
+std::optional<SelectedTab> KittyHost::select(const Place& place) {
+  const auto window = windowOf(place);
+  if (!window) return std::nullopt;
+  const Json payload = {{"match", "id:" + std::to_string(window->id)}};
+  if (!ask(socketOf(place), "focus-window", payload)) return std::nullopt;
+  return SelectedTab{window->xWindow, window->title};
+}
+
+bool KittyHost::open(const OpenRequest& request, const Place& near) {
+  if (const auto window = windowOf(near)) {
+    const Json payload = {{"args", request.argv},
+                          {"type", "tab"},
+                          {"cwd", request.folder},
+                          {"match", "window_id:" + std::to_string(window->id)}};
+    // It starts a process before it answers, and may be slow then without being stuck.
+    if (ask(socketOf(near), "launch", payload)) return true;
+  }
+  return openWindow_(request);
+}
+
+Support KittyHost::support(const Place& place) {
+  const auto socket = socketOf(place);
+  if (!socket.empty() && ask(socket, "ls", Json())) return {name(), true, true, true, ""};
+  const auto folder = ZelvanePaths::env("XDG_RUNTIME_DIR").value_or(ZelvanePaths::home());
+  return {name(), false, false, false,
+          LF("kitty.conf에 allow_remote_control socket-only 와 listen_on unix:%@/kitty 두 줄을 "
+             "넣고 kitty를 다시 켜면 탭까지 찾아가요.",
+             {folder})};
+}
+
+}  // namespace zelvane

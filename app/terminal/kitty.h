@@ -1,0 +1,33 @@
+// kitty, over its remote-control socket. Without one it can only be seen from outside.
+#pragma once
+
+#include <functional>
+
+#include "app/terminal/kitty_protocol.h"
+#include "app/terminal/terminal_host.h"
+
+namespace zelvane {
+
+class KittyHost : public TerminalHost {
+ public:
+  /// `openWindow` starts a kitty of its own for who has no socket.
+  KittyHost(ProcessWorld world, std::function<bool(const OpenRequest&)> openWindow)
+      : world_(std::move(world)), openWindow_(std::move(openWindow)) {}
+
+  std::string name() const override { return "kitty"; }
+  bool owns(const Place& place) const override;
+  Titles titles(const std::vector<Place>& places) override;
+  std::optional<std::string> front(const std::vector<Place>& places,
+                                   const std::optional<DesktopWindow>& active) override;
+  std::optional<SelectedTab> select(const Place& place) override;
+  bool open(const OpenRequest& request, const Place& near) override;
+  Support support(const Place& place) override;
+
+ private:
+  std::optional<KittyWindow> windowOf(const Place& place) const;
+
+  ProcessWorld world_;
+  std::function<bool(const OpenRequest&)> openWindow_;
+};
+
+}  // namespace zelvane
