@@ -12,6 +12,9 @@ namespace zelvane {
 namespace {
 
 constexpr Seconds limit{0.8};
+/// For a command that starts a process before it is answered: given up too early, it would happen
+/// twice.
+constexpr Seconds launchLimit{3};
 
 /// The socket of the kitty that draws the place. One that was started in a tab of another without
 /// a socket of its own has inherited the other's.
@@ -20,10 +23,10 @@ std::string socketOf(const Place& place) {
   return kittyAddress(place.variable("KITTY_LISTEN_ON"));
 }
 
-std::optional<Json> ask(const std::string& socket, const std::string& command,
-                        const Json& payload) {
+std::optional<Json> ask(const std::string& socket, const std::string& command, const Json& payload,
+                        Seconds timeout = limit) {
   const auto answer =
-      platform::askLocalSocket(socket, kittyRequest(command, payload), limit, isWholeKittyAnswer);
+      platform::askLocalSocket(socket, kittyRequest(command, payload), timeout, isWholeKittyAnswer);
   return answer ? kittyAnswer(*answer) : std::nullopt;
 }
 
@@ -91,8 +94,7 @@ bool KittyHost::open(const OpenRequest& request, const Place& near) {
                           {"type", "tab"},
                           {"cwd", request.folder},
                           {"match", "window_id:" + std::to_string(window->id)}};
-    // It starts a process before it answers, and may be slow then without being stuck.
-    if (ask(socketOf(near), "launch", payload)) return true;
+    if (ask(socketOf(near), "launch", payload, launchLimit)) return true;
   }
   return openWindow_(request);
 }

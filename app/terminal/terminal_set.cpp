@@ -1,7 +1,9 @@
 #include "app/terminal/terminal_set.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
+#include <thread>
 
 #include "core/localization.h"
 
@@ -194,6 +196,18 @@ std::optional<DesktopWindow> TerminalSet::windowFor(const Place& place,
   return window ? std::optional(*window) : std::nullopt;
 }
 
+/// A program that raises its windows itself is given a moment to be obeyed.
+bool TerminalSet::hasKeyboard(std::int32_t pid) {
+  constexpr int rounds = 50;
+  constexpr auto pause = std::chrono::milliseconds(4);
+  for (int round = 0; round < rounds; ++round) {
+    const auto active = parts_.desktop->active();
+    if (active && active->pid == pid) return true;
+    std::this_thread::sleep_for(pause);
+  }
+  return false;
+}
+
 TerminalResult TerminalSet::raise(const Place& place) {
   auto* host = hostOf(place);
   const auto selected = host ? host->select(place) : std::nullopt;
@@ -203,11 +217,9 @@ TerminalResult TerminalSet::raise(const Place& place) {
     return {false, selected ? L("탭은 골랐지만 이 데스크톱에서는 창을 앞으로 가져올 수 없어요.")
                             : L("이 데스크톱에서는 다른 창을 앞으로 가져올 수 없어요.")};
   }
+  if (selected && selected->raised && hasKeyboard(place.owner().pid)) return {true};
   const auto window = windowFor(place, selected.value_or(SelectedTab()));
-  if (!window) {
-    if (selected && selected->raised) return {true};
-    return {false, L("이 세션의 터미널 창을 찾지 못했어요.")};
-  }
+  if (!window) return {false, L("이 세션의 터미널 창을 찾지 못했어요.")};
   const bool isExact =
       selected || onlyTTYIn(*window, parts_.desktop->windows(), allPlaces(parts_.processes));
   if (!parts_.desktop->raise(*window)) return {false, L("터미널 창이 앞으로 나오지 않았어요.")};

@@ -56,6 +56,7 @@ class TerminalSet {
   std::optional<std::string> frontByWindow(const std::vector<Place>& places);
   std::optional<std::string> frontByTmux(const Drawn& drawn);
   TerminalResult raise(const Place& place);
+  bool hasKeyboard(std::int32_t pid);
   std::optional<DesktopWindow> windowFor(const Place& place, const SelectedTab& selected);
   TerminalResult openNear(const OpenRequest& request, const Place& place);
 
