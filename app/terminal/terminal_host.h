@@ -48,6 +48,8 @@ class TerminalHost {
   virtual ~TerminalHost() = default;
 
   virtual std::string name() const = 0;
+  /// A new call of the set's begins: what did not answer before may be asked again.
+  virtual void beginCall() {}
   /// Whether the place is in this program. Asks nobody.
   virtual bool owns(const Place& place) const = 0;
   virtual Titles titles(const std::vector<Place>& places) = 0;

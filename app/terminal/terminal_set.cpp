@@ -18,6 +18,10 @@ Support windowsOnly(const Place& place) { return {place.owner().name, false, fal
 
 }  // namespace
 
+void TerminalSet::beginCall() {
+  for (const auto& host : parts_.hosts) host->beginCall();
+}
+
 std::vector<Place> TerminalSet::placesOf(const std::vector<TerminalSession>& sessions) const {
   std::vector<Place> places;
   for (const auto& session : sessions) {
@@ -68,6 +72,7 @@ std::map<TerminalHost*, std::vector<Place>> TerminalSet::byHost(
 }
 
 Titles TerminalSet::titles(const std::vector<TerminalSession>& sessions) {
+  beginCall();
   Titles titles;
   std::vector<Place> outside;
   std::set<std::string> asked;
@@ -103,6 +108,7 @@ void TerminalSet::addWindowTitles(Titles& titles, const std::vector<Place>& plac
 }
 
 std::optional<std::string> TerminalSet::frontTTY(const std::vector<TerminalSession>& sessions) {
+  beginCall();
   const auto drawn = drawnBy(placesOf(sessions));
   auto tty = frontOf(drawn);
   for (int depth = 0; tty && depth < deepestNesting; ++depth) {
@@ -160,6 +166,7 @@ std::optional<std::string> TerminalSet::frontByTmux(const Drawn& drawn) {
 }
 
 TerminalResult TerminalSet::jump(const TerminalSession& session) {
+  beginCall();
   const auto process = parts_.processes.info(session.pid);
   if (!isTTYPath(session.tty) || !process || process->tty != session.tty) {
     return {false, L("이 세션의 터미널을 찾지 못했어요.")};
@@ -231,6 +238,7 @@ TerminalResult TerminalSet::raise(const Place& place) {
 
 TerminalResult TerminalSet::open(const OpenRequest& request,
                                  const std::optional<TerminalSession>& near) {
+  beginCall();
   std::error_code error;
   if (!std::filesystem::is_directory(request.folder, error)) {
     return {false, LF("폴더가 없어요: %@", {withoutControls(request.folder)})};
@@ -258,6 +266,7 @@ TerminalResult TerminalSet::openNear(const OpenRequest& request, const Place& pl
 }
 
 std::vector<Support> TerminalSet::support(const std::vector<TerminalSession>& sessions) {
+  beginCall();
   std::vector<Support> all;
   const auto add = [&](const Support& support) {
     if (std::find(all.begin(), all.end(), support) == all.end()) all.push_back(support);

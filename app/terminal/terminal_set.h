@@ -47,6 +47,7 @@ class TerminalSet {
     std::vector<TmuxClient> clients;           ///< those behind `shows`
   };
 
+  void beginCall();
   std::vector<Place> placesOf(const std::vector<TerminalSession>& sessions) const;
   Drawn drawnBy(const std::vector<Place>& places);
   TerminalHost* hostOf(const Place& place) const;

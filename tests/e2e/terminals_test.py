@@ -235,14 +235,35 @@ class WindowsTest(TerminalsTest):
         """Starts a terminal program, or skips the test where it is not installed."""
         if not shutil.which(name):
             self.skipTest(f"{name} is not installed")
+        return self.machine.spawn(name, *arguments, **self.terminal_environment(), **environment)
+
+    def terminal_environment(self):
+        """A home of its own for what terminal programs keep."""
         home = self.folder / "terminal-home"
         run = self.folder / "terminal-run"
         home.mkdir(exist_ok=True)
         run.mkdir(exist_ok=True, mode=0o700)
-        return self.machine.spawn(name, *arguments, HOME=str(home), XDG_RUNTIME_DIR=str(run),
-                                  XDG_CONFIG_HOME=str(home / ".config"), SHELL="/bin/sh",
-                                  LIBGL_ALWAYS_SOFTWARE="1", DISPLAY=self.display.name,
-                                  **environment)
+        return {"HOME": str(home), "XDG_RUNTIME_DIR": str(run), "SHELL": "/bin/sh",
+                "XDG_CONFIG_HOME": str(home / ".config"), "LIBGL_ALWAYS_SOFTWARE": "1",
+                "DISPLAY": self.display.name, "LANG": "C.UTF-8", "LC_ALL": "C.UTF-8",
+                "GSETTINGS_BACKEND": "keyfile", "NO_AT_BRIDGE": "1",
+                "DBUS_SESSION_BUS_ADDRESS": getattr(self, "address", "unix:path=/nonexistent")}
+
+    def bus(self, **environment):
+        """A session bus of the test's own, which starts programs on the test's display."""
+        read, write = os.pipe()
+        daemon = subprocess.Popen(
+            ["dbus-daemon", "--session", "--nofork", f"--print-address={write}"], pass_fds=[write],
+            env={**os.environ, **self.terminal_environment(), **environment},
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.machine._children.append(daemon)
+        os.close(write)
+        with os.fdopen(read) as address:
+            self.address = address.readline().strip()
+        self.probe = Probe(self.machine, DISPLAY=self.display.name,
+                           DBUS_SESSION_BUS_ADDRESS=self.address)
+        self.addCleanup(self.probe.close)
+        return daemon
 
     def await_titles(self, titles):
         eventually(lambda: self.probe.titles() == titles, seconds=20,
@@ -261,12 +282,7 @@ class WindowsTest(TerminalsTest):
         self.program("kitty", "-o", "allow_remote_control=socket-only", "-o", f"listen_on={socket}",
                      "-o", "confirm_os_window_close=0", command)
         one = self.told(file)
-        command, file = self.script("두 번째")
-        folder = self.folder / "한글';$(x)"
-        folder.mkdir()
-        self.assertTrue(self.probe.ask("open", *one, folder, command)[0]["ok"])
-        two = self.told(file)
-        self.assertEqual(os.readlink(f"/proc/{two[0]}/cwd"), str(folder))
+        two = self.second_tab(one, "두 번째")
         self.probe.sessions(one, two)
         self.await_titles({one[1]: "one", two[1]: "두 번째"})
         self.assertEqual(self.probe.ask("support")[0], [
@@ -286,6 +302,107 @@ class WindowsTest(TerminalsTest):
         [kitty] = [each for each in self.probe.ask("support")[0] if each["terminal"] == "kitty"]
         self.assertFalse(kitty["jump"])
         self.assertIn("allow_remote_control", kitty["advice"])
+
+    def second_tab(self, near, title):
+        """Opens a tab beside the session in a folder with a hostile name."""
+        command, file = self.script(title)
+        folder = self.folder / "한글';$(x)"
+        folder.mkdir(exist_ok=True)
+        self.assertEqual(self.probe.ask("open", *near, folder, command)[0],
+                         {"ok": True, "reason": ""})
+        session = self.told(file)
+        self.assertEqual(os.readlink(f"/proc/{session[0]}/cwd"), str(folder))
+        return session
+
+    def windows_of(self, name):
+        return len(self.display.output("xdotool", "search", "--onlyvisible", "--class",
+                                       name).split())
+
+    def test_konsole(self):
+        daemon = self.bus()
+        profiles = self.folder / "terminal-home/.local/share/konsole"
+        profiles.mkdir(parents=True)
+        (profiles / "titles.profile").write_text(
+            "[General]\nName=titles\nParent=FALLBACK/\nLocalTabTitleFormat=%w\n")
+        command, file = self.script("one")
+        konsole = self.program("konsole", "--profile", "titles", "-p", "LocalTabTitleFormat=%w",
+                               "-e", command)
+        one = self.told(file)
+        two = self.second_tab(one, "두 번째")
+        three = self.xterm(title="xterm")
+        self.probe.sessions(one, two, three)
+        eventually(lambda: self.probe.titles().get(one[1]) == "one", what="the title")
+        self.jump_about("Konsole", one, two, three)
+        self.times(self.probe, "Konsole from and to xterm", one, three)
+        # One that hangs costs its time limit, and nothing of the others' answers.
+        os.kill(konsole.pid, signal.SIGSTOP)
+        titles, ms = self.probe.ask("titles")
+        self.assertEqual(titles, {three[1]: "xterm"})
+        self.assertLess(ms, 1500)
+        answer, ms = self.probe.ask("jump", *one)
+        self.assertLess(ms, 1500)
+        os.kill(konsole.pid, signal.SIGCONT)
+        eventually(lambda: self.probe.jump(one)["ok"], what="it answers again")
+        daemon.kill()
+        daemon.wait()
+        self.assertEqual(self.probe.titles()[three[1]], "xterm")
+
+    def gnome_terminal(self, integration):
+        if not shutil.which("gnome-terminal"):
+            self.skipTest("gnome-terminal is not installed")
+        self.bus()
+        if integration:
+            subprocess.run(["gsettings", "set", "org.gnome.Terminal.Legacy.Settings",
+                            "shell-integration-enabled", "true"], check=True,
+                           env={**os.environ, **self.terminal_environment()})
+        command, file = self.script("one")
+        self.program("gnome-terminal", "--", command)
+        return self.told(file)
+
+    def test_gnome_terminal(self):
+        one = self.gnome_terminal(integration=True)
+        two = self.second_tab(one, "두 번째")
+        three = self.xterm(title="xterm")
+        self.probe.sessions(one, two, three)
+        self.await_titles({one[1]: "one", two[1]: "두 번째", three[1]: "xterm"})
+        self.assertEqual(self.windows_of("gnome-terminal"), 1)
+        self.jump_about("GNOME Terminal", one, two, three)
+        self.times(self.probe, "GNOME Terminal from and to xterm", one, three)
+
+    def test_gnome_terminal_as_it_comes(self):
+        one, two = self.gnome_terminal(integration=False), self.xterm(title="xterm")
+        self.probe.sessions(one, two)
+        self.await_titles({one[1]: "one", two[1]: "xterm"})
+        self.jump_about("GNOME Terminal, one tab, as it comes", one, two)
+        three = self.second_tab(one, "three")
+        self.probe.sessions(one, two, three)
+        self.await_titles({two[1]: "xterm"})
+        self.assertTrue(self.probe.jump(two)["ok"])
+        answer = self.probe.jump(one)
+        self.assertFalse(answer["ok"])
+        self.assertIn("shell-integration-enabled", answer["reason"])
+        self.assertIsNone(self.probe.front())
+        self.assertNotEqual(self.active_title(), "xterm")
+
+    def test_tilix(self):
+        self.bus()
+        command, file = self.script("one")
+        self.program("tilix", "-e", command)
+        one = self.told(file)
+        two, three = self.second_tab(one, "two"), self.xterm(title="xterm")
+        self.probe.sessions(one, two, three)
+        for session in (one, three, two, one):
+            self.assertEqual(self.probe.jump(session), {"ok": True, "reason": ""})
+        self.times(self.probe, "Tilix from and to xterm", one, three)
+
+    def test_nothing_is_started_by_asking(self):
+        self.bus()
+        one = self.xterm(title="one")
+        self.probe.sessions(one)
+        self.await_titles({one[1]: "one"})
+        self.probe.ask("support")
+        self.probe.jump(one)
+        self.assertEqual(self.windows_of("."), self.windows_of("xterm"))
 
     def test_the_display_goes_away(self):
         one = self.xterm(title="one")

@@ -102,7 +102,6 @@ std::optional<KonsoleHost::Tab> KonsoleHost::tabOf(const std::string& service, c
 }
 
 Titles KonsoleHost::titles(const std::vector<Place>& places) {
-  bus_->forgive();
   Titles titles;
   for (const auto& service : servicesOf(places)) {
     for (const auto& tab : tabsOf(service)) {
@@ -131,7 +130,6 @@ bool KonsoleHost::isInFront(const std::string& service, std::int32_t window,
 
 std::optional<std::string> KonsoleHost::front(const std::vector<Place>& places,
                                               const std::optional<DesktopWindow>& active) {
-  bus_->forgive();
   for (const auto& service : servicesOf(places)) {
     const auto windows = windowsOf(service);
     if (windows.empty() || !windowsAreNumberedAlike(service)) continue;
@@ -145,7 +143,6 @@ std::optional<std::string> KonsoleHost::front(const std::vector<Place>& places,
 }
 
 std::optional<SelectedTab> KonsoleHost::select(const Place& place) {
-  bus_->forgive();
   const auto service = serviceOf(place);
   const auto tab = tabOf(service, place);
   if (!tab || !bus_->call(windowObject(service, tab->window), "setCurrentSession", tab->session)) {
@@ -157,7 +154,6 @@ std::optional<SelectedTab> KonsoleHost::select(const Place& place) {
 }
 
 bool KonsoleHost::open(const OpenRequest& request, const Place& near) {
-  bus_->forgive();
   const auto service = serviceOf(near);
   const auto tab = canBeTyped(request) ? tabOf(service, near) : std::nullopt;
   if (!tab) return openWindowOf("konsole", request);
@@ -171,7 +167,6 @@ bool KonsoleHost::open(const OpenRequest& request, const Place& near) {
 }
 
 Support KonsoleHost::support(const Place& place) {
-  bus_->forgive();
   const bool answers = !windowsOf(serviceOf(place)).empty();
   return {name(), answers, answers, answers,
           L("Konsole 프로필의 탭 제목 형식을 %w 로 바꾸면 프로그램이 정한 제목이 보여요.")};

@@ -15,7 +15,6 @@ const BusObject& actions() {
 }  // namespace
 
 std::optional<SelectedTab> TilixHost::select(const Place& place) {
-  bus_->forgive();
   const auto id = place.variable("TILIX_ID");
   if (id.empty() || !bus_->hasOwner(actions().name)) return std::nullopt;
   if (!bus_->activateAction(actions(), "activate-terminal", id)) return std::nullopt;
@@ -30,7 +29,6 @@ bool TilixHost::open(const OpenRequest& request, const Place&) {
 }
 
 Support TilixHost::support(const Place& place) {
-  bus_->forgive();
   const bool answers = !place.variable("TILIX_ID").empty() && bus_->hasOwner(actions().name);
   return {name(), false, false, answers, ""};
 }
