@@ -30,6 +30,8 @@ class Desktop {
 
   /// Whether the desktop tells about windows at all.
   virtual bool isReachable() = 0;
+  /// Whether that is all windows: where there are others, no active window means nothing.
+  virtual bool showsEverything() const { return true; }
   /// The windows of this machine's programs.
   virtual std::vector<DesktopWindow> windows() = 0;
   /// The window that has the keyboard; nothing when none has.

@@ -1,12 +1,9 @@
 #include "app/terminal/kitty.h"
 
-#include <set>
-
 #include "platform/local_socket.h"
 
 #include "core/localization.h"
 #include "core/paths.h"
-#include "core/time.h"
 
 namespace zelvane {
 namespace {
@@ -23,18 +20,6 @@ std::string socketOf(const Place& place) {
   return kittyAddress(place.variable("KITTY_LISTEN_ON"));
 }
 
-std::optional<Json> ask(const std::string& socket, const std::string& command, const Json& payload,
-                        Seconds timeout = limit) {
-  const auto answer =
-      platform::askLocalSocket(socket, kittyRequest(command, payload), timeout, isWholeKittyAnswer);
-  return answer ? kittyAnswer(*answer) : std::nullopt;
-}
-
-std::vector<KittyWindow> list(const std::string& socket) {
-  const auto data = socket.empty() ? std::nullopt : ask(socket, "ls", Json());
-  return data ? kittyWindows(*data) : std::vector<KittyWindow>();
-}
-
 std::set<std::string> socketsOf(const std::vector<Place>& places) {
   std::set<std::string> sockets;
   for (const auto& place : places) {
@@ -46,6 +31,20 @@ std::set<std::string> socketsOf(const std::vector<Place>& places) {
 }  // namespace
 
 bool KittyHost::owns(const Place& place) const { return place.owner().name == "kitty"; }
+
+std::optional<Json> KittyHost::ask(const std::string& socket, const std::string& command,
+                                   const Json& payload, Seconds timeout) {
+  if (socket.empty() || silent_.contains(socket)) return std::nullopt;
+  const auto answer =
+      platform::askLocalSocket(socket, kittyRequest(command, payload), timeout, isWholeKittyAnswer);
+  if (!answer) silent_.insert(socket);
+  return answer ? kittyAnswer(*answer) : std::nullopt;
+}
+
+std::vector<KittyWindow> KittyHost::list(const std::string& socket) {
+  const auto data = ask(socket, "ls", Json(), limit);
+  return data ? kittyWindows(*data) : std::vector<KittyWindow>();
+}
 
 Titles KittyHost::titles(const std::vector<Place>& places) {
   Titles titles;
@@ -72,7 +71,7 @@ std::optional<std::string> KittyHost::front(const std::vector<Place>& places,
   return front;
 }
 
-std::optional<KittyWindow> KittyHost::windowOf(const Place& place) const {
+std::optional<KittyWindow> KittyHost::windowOf(const Place& place) {
   for (auto& window : list(socketOf(place))) {
     const auto shell = world_.info(window.pid);
     if (shell && shell->tty == place.tty) return std::move(window);
@@ -84,7 +83,7 @@ std::optional<SelectedTab> KittyHost::select(const Place& place) {
   const auto window = windowOf(place);
   if (!window) return std::nullopt;
   const Json payload = {{"match", "id:" + std::to_string(window->id)}};
-  if (!ask(socketOf(place), "focus-window", payload)) return std::nullopt;
+  if (!ask(socketOf(place), "focus-window", payload, limit)) return std::nullopt;
   return SelectedTab{window->xWindow, window->title};
 }
 
@@ -101,7 +100,7 @@ bool KittyHost::open(const OpenRequest& request, const Place& near) {
 
 Support KittyHost::support(const Place& place) {
   const auto socket = socketOf(place);
-  if (!socket.empty() && ask(socket, "ls", Json())) return {name(), true, true, true, ""};
+  if (ask(socket, "ls", Json(), limit)) return {name(), true, true, true, ""};
   const auto folder = ZelvanePaths::env("XDG_RUNTIME_DIR").value_or(ZelvanePaths::home());
   return {name(), false, false, false,
           LF("kitty.conf에 allow_remote_control socket-only 와 listen_on unix:%@/kitty 두 줄을 "

@@ -2,6 +2,9 @@
 #pragma once
 
 #include <functional>
+#include <set>
+
+#include "core/time.h"
 
 #include "app/terminal/kitty_protocol.h"
 #include "app/terminal/terminal_host.h"
@@ -15,6 +18,7 @@ class KittyHost : public TerminalHost {
       : world_(std::move(world)), openWindow_(std::move(openWindow)) {}
 
   std::string name() const override { return "kitty"; }
+  void beginCall() override { silent_.clear(); }
   bool owns(const Place& place) const override;
   Titles titles(const std::vector<Place>& places) override;
   std::optional<std::string> front(const std::vector<Place>& places,
@@ -24,10 +28,15 @@ class KittyHost : public TerminalHost {
   Support support(const Place& place) override;
 
  private:
-  std::optional<KittyWindow> windowOf(const Place& place) const;
+  /// What the command answers; nothing when it was refused, or the socket did not answer.
+  std::optional<Json> ask(const std::string& socket, const std::string& command,
+                          const Json& payload, Seconds timeout);
+  std::vector<KittyWindow> list(const std::string& socket);
+  std::optional<KittyWindow> windowOf(const Place& place);
 
   ProcessWorld world_;
   std::function<bool(const OpenRequest&)> openWindow_;
+  std::set<std::string> silent_;  ///< sockets that did not answer in this call
 };
 
 }  // namespace zelvane

@@ -14,6 +14,11 @@ namespace {
 
 constexpr int deepestNesting = 4;
 
+TerminalResult outOfReach(bool selected) {
+  return {false, selected ? L("탭은 골랐지만 이 데스크톱에서는 창을 앞으로 가져올 수 없어요.")
+                          : L("이 데스크톱에서는 다른 창을 앞으로 가져올 수 없어요.")};
+}
+
 Support windowsOnly(const Place& place) { return {place.owner().name, false, false, false, ""}; }
 
 }  // namespace
@@ -123,7 +128,11 @@ std::optional<std::string> TerminalSet::frontTTY(const std::vector<TerminalSessi
 
 std::optional<std::string> TerminalSet::frontOf(const Drawn& drawn) {
   if (drawn.places.empty()) return std::nullopt;
-  if (parts_.desktop && parts_.desktop->isReachable()) return frontByWindow(drawn.places);
+  if (parts_.desktop && parts_.desktop->isReachable()) {
+    const auto active = parts_.desktop->active();
+    if (active) return frontByWindow(drawn.places, *active);
+    if (parts_.desktop->showsEverything()) return std::nullopt;
+  }
   // Where the desktop tells nothing, a terminal may still know that it has the keyboard.
   std::optional<std::string> front;
   for (const auto& [host, places] : byHost(drawn.places)) {
@@ -134,17 +143,17 @@ std::optional<std::string> TerminalSet::frontOf(const Drawn& drawn) {
   return front ? front : frontByTmux(drawn);
 }
 
-std::optional<std::string> TerminalSet::frontByWindow(const std::vector<Place>& places) {
-  const auto active = parts_.desktop->active();
-  if (!active || active->pid < 1) return std::nullopt;
+std::optional<std::string> TerminalSet::frontByWindow(const std::vector<Place>& places,
+                                                      const DesktopWindow& active) {
+  if (active.pid < 1) return std::nullopt;
   std::vector<Place> inFront;
   std::copy_if(places.begin(), places.end(), std::back_inserter(inFront),
-               [&](const Place& place) { return isUnder(place, active->pid); });
+               [&](const Place& place) { return isUnder(place, active.pid); });
   if (inFront.empty()) return std::nullopt;
   if (auto* host = hostOf(inFront.front())) {
     if (auto tty = host->front(inFront, active)) return tty;
   }
-  return onlyTTYIn(*active, parts_.desktop->windows(), allPlaces(parts_.processes));
+  return onlyTTYIn(active, parts_.desktop->windows(), allPlaces(parts_.processes));
 }
 
 /// tmux calls a client focused that it never heard of since it attached: only one that was seen
@@ -221,11 +230,11 @@ TerminalResult TerminalSet::raise(const Place& place) {
   const bool reachable = parts_.desktop && parts_.desktop->isReachable();
   if (!reachable) {
     if (selected && selected->raised) return {true};
-    return {false, selected ? L("탭은 골랐지만 이 데스크톱에서는 창을 앞으로 가져올 수 없어요.")
-                            : L("이 데스크톱에서는 다른 창을 앞으로 가져올 수 없어요.")};
+    return outOfReach(selected.has_value());
   }
   if (selected && selected->raised && hasKeyboard(place.owner().pid)) return {true};
   const auto window = windowFor(place, selected.value_or(SelectedTab()));
+  if (!window && !parts_.desktop->showsEverything()) return outOfReach(selected.has_value());
   if (!window) return {false, L("이 세션의 터미널 창을 찾지 못했어요.")};
   const bool isExact =
       selected || onlyTTYIn(*window, parts_.desktop->windows(), allPlaces(parts_.processes));

@@ -54,7 +54,8 @@ class TerminalSet {
   std::map<TerminalHost*, std::vector<Place>> byHost(const std::vector<Place>& places) const;
   void addWindowTitles(Titles& titles, const std::vector<Place>& places);
   std::optional<std::string> frontOf(const Drawn& drawn);
-  std::optional<std::string> frontByWindow(const std::vector<Place>& places);
+  std::optional<std::string> frontByWindow(const std::vector<Place>& places,
+                                           const DesktopWindow& active);
   std::optional<std::string> frontByTmux(const Drawn& drawn);
   TerminalResult raise(const Place& place);
   bool hasKeyboard(std::int32_t pid);

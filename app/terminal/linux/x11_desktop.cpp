@@ -5,6 +5,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include "core/paths.h"
 #include "core/unicode.h"
 
 #include "app/terminal/place.h"
@@ -36,6 +37,8 @@ bool X11Desktop::isReachable() {
   const BrokenPipeIgnored guard;
   return connection_.open();
 }
+
+bool X11Desktop::showsEverything() const { return !ZelvanePaths::env("WAYLAND_DISPLAY"); }
 
 std::vector<DesktopWindow> X11Desktop::windows() {
   const BrokenPipeIgnored guard;

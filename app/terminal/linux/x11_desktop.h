@@ -11,6 +11,7 @@ namespace zelvane {
 class X11Desktop : public Desktop {
  public:
   bool isReachable() override;
+  bool showsEverything() const override;
   std::vector<DesktopWindow> windows() override;
   std::optional<DesktopWindow> active() override;
   bool raise(const DesktopWindow& window) override;
