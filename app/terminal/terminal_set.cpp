@@ -19,8 +19,6 @@ TerminalResult outOfReach(bool selected) {
                           : L("이 데스크톱에서는 다른 창을 앞으로 가져올 수 없어요.")};
 }
 
-Support windowsOnly(const Place& place) { return {place.owner().name, false, false, false, ""}; }
-
 }  // namespace
 
 void TerminalSet::beginCall() {
@@ -274,20 +272,33 @@ TerminalResult TerminalSet::openNear(const OpenRequest& request, const Place& pl
   return {host && host->open(request, place)};
 }
 
+Support TerminalSet::supportOf(const Place& place, bool windowsSeen) {
+  auto* host = hostOf(place);
+  if (host && !hasNoTabs(place.owner().name)) return host->support(place);
+  const bool whole = windowsSeen && hasNoTabs(place.owner().name);
+  return {place.owner().name, whole, whole, whole, ""};
+}
+
 std::vector<Support> TerminalSet::support(const std::vector<TerminalSession>& sessions) {
   beginCall();
   std::vector<Support> all;
   const auto add = [&](const Support& support) {
     if (std::find(all.begin(), all.end(), support) == all.end()) all.push_back(support);
   };
+  const bool windowsSeen = parts_.desktop && parts_.desktop->isReachable();
   const auto places = placesOf(sessions);
-  for (const auto& place : places) {
-    if (isTmuxServer(place.owner().name)) add({"tmux", true, true, true, ""});
+  const auto drawn = drawnBy(places);
+  const bool inTmux = std::any_of(places.begin(), places.end(), [](const Place& place) {
+    return isTmuxServer(place.owner().name);
+  });
+  const bool focusKnown = std::any_of(drawn.clients.begin(), drawn.clients.end(),
+                                      [](const TmuxClient& client) { return client.focusKnown; });
+  if (inTmux && (windowsSeen || focusKnown)) add({"tmux", true, true, true, ""});
+  if (inTmux && !windowsSeen && !focusKnown) {
+    add({"tmux", true, false, true,
+         L("tmux.conf에 set -g focus-events on 을 넣으면 어느 탭을 보고 있는지 알 수 있어요.")});
   }
-  for (const auto& place : drawnBy(places).places) {
-    auto* host = hostOf(place);
-    add(host ? host->support(place) : windowsOnly(place));
-  }
+  for (const auto& place : drawn.places) add(supportOf(place, windowsSeen));
   return all;
 }
 

@@ -60,6 +60,7 @@ class TerminalSet {
   TerminalResult raise(const Place& place);
   bool hasKeyboard(std::int32_t pid);
   std::optional<DesktopWindow> windowFor(const Place& place, const SelectedTab& selected);
+  Support supportOf(const Place& place, bool windowsSeen);
   TerminalResult openNear(const OpenRequest& request, const Place& place);
 
   TerminalParts parts_;

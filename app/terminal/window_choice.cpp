@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <string_view>
 
 namespace zelvane {
 namespace {
@@ -14,13 +13,6 @@ std::vector<const DesktopWindow*> windowsOf(std::int32_t pid,
     if (window.pid == pid) own.push_back(&window);
   }
   return own;
-}
-
-/// Where there are tabs, one may have been moved since WINDOWID was set.
-bool hasNoTabs(std::string_view program) {
-  constexpr std::array<std::string_view, 6> names = {"xterm", "alacritty", "st",
-                                                     "urxvt", "urxvtd",    "foot"};
-  return std::find(names.begin(), names.end(), program) != names.end();
 }
 
 }  // namespace
@@ -38,6 +30,12 @@ const DesktopWindow* windowOf(const Place& place, const std::vector<DesktopWindo
   return nullptr;
 }
 
+bool hasNoTabs(std::string_view program) {
+  constexpr std::array<std::string_view, 6> names = {"xterm", "alacritty", "st",
+                                                     "urxvt", "urxvtd",    "foot"};
+  return std::find(names.begin(), names.end(), program) != names.end();
+}
+
 std::optional<std::string> onlyTTYIn(const DesktopWindow& window,
                                      const std::vector<DesktopWindow>& windows,
                                      const std::vector<Place>& all) {
@@ -46,6 +44,7 @@ std::optional<std::string> onlyTTYIn(const DesktopWindow& window,
   std::optional<std::string> only;
   for (const auto& place : all) {
     if (!isUnder(place, window.pid)) continue;
+    // Where there are tabs, one may have been moved since WINDOWID was set.
     const bool telling = isOnlyWindow || hasNoTabs(place.owner().name);
     const auto* its = telling ? windowOf(place, windows) : nullptr;
     if (its && its->id != window.id) continue;
