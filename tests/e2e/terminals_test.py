@@ -251,6 +251,8 @@ class WindowsTest(TerminalsTest):
 
     def bus(self, **environment):
         """A session bus of the test's own, which starts programs on the test's display."""
+        if not shutil.which("dbus-daemon"):
+            self.skipTest("dbus-daemon is not installed")
         read, write = os.pipe()
         daemon = subprocess.Popen(
             ["dbus-daemon", "--session", "--nofork", f"--print-address={write}"], pass_fds=[write],
@@ -404,6 +406,27 @@ class WindowsTest(TerminalsTest):
         self.probe.jump(one)
         self.assertEqual(self.windows_of("."), self.windows_of("xterm"))
 
+    def test_opens_windows_where_there_are_no_tabs(self):
+        for name in ("xterm", "alacritty"):
+            with self.subTest(name):
+                if not shutil.which(name):
+                    self.skipTest(f"{name} is not installed")
+                command, file = self.script("one")
+                self.program(name, "-e", command)
+                one = self.told(file)
+                two = self.second_tab(one, "두 번째")
+                self.probe.sessions(one, two)
+                self.await_titles({one[1]: "one", two[1]: "두 번째"})
+                self.jump_about(name, one, two)
+                self.assertEqual(self.probe.ask("support")[0], [
+                    {"terminal": name, "titles": True, "front": True, "jump": True, "advice": ""}])
+
+    def test_opens_somewhere_without_any_session(self):
+        command, file = self.script("one")
+        answer, _ = self.probe.ask("open", 0, "-", self.folder, command)
+        self.assertTrue(answer["ok"], answer)
+        self.told(file)
+
     def test_the_display_goes_away(self):
         one = self.xterm(title="one")
         self.probe.sessions(one)
@@ -414,6 +437,70 @@ class WindowsTest(TerminalsTest):
         self.assertEqual(self.probe.titles(), {})
         self.assertIsNone(self.probe.front())
         self.assertFalse(self.probe.jump(one)["ok"])
+
+
+class SwayTest(TerminalsTest):
+    """A Wayland desktop that lets others see and raise windows."""
+
+    def setUp(self):
+        super().setUp()
+        for program in ("sway", "foot", "setpriv"):
+            if not shutil.which(program):
+                self.skipTest(f"{program} is not installed")
+        self.folder.chmod(0o777)
+        self.home = self.folder / "sway-home"
+        # sway refuses to be root's.
+        self.nobody = ([] if os.getuid() else
+                       ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"])
+        self.home.mkdir()
+        self.home.chmod(0o700)
+        if not os.getuid():
+            os.chown(self.home, 65534, 65534)
+        self.env = {"HOME": str(self.home), "XDG_RUNTIME_DIR": str(self.home), "LANG": "C.UTF-8",
+                    "WLR_BACKENDS": "headless", "WLR_RENDERER": "pixman",
+                    "WLR_LIBINPUT_NO_DEVICES": "1", "SWAYSOCK": str(self.home / "sway.sock"),
+                    "LIBGL_ALWAYS_SOFTWARE": "1", "SHELL": "/bin/sh"}
+        config = self.folder / "sway.conf"
+        config.write_text("xwayland disable\n")
+        self.spawn("sway", "-c", str(config))
+        eventually(lambda: list(self.home.glob("wayland-*")), what="sway runs")
+        self.env["WAYLAND_DISPLAY"] = next(file.name for file in self.home.glob("wayland-*")
+                                           if not file.name.endswith(".lock"))
+        eventually(lambda: (self.home / "sway.sock").exists(), what="its socket")
+        self.probe = Probe(self.machine, SWAYSOCK=self.env["SWAYSOCK"])
+        self.addCleanup(self.probe.close)
+
+    def spawn(self, *command):
+        return self.machine.spawn(*self.nobody, *command, **self.env)
+
+    def session(self, title, *terminal):
+        command, file = self.script(title)
+        self.spawn(*terminal, command)
+        return self.told(file)
+
+    def test_windows_of_foot(self):
+        one, two = self.session("one", "foot"), self.session("두 번째", "foot")
+        self.probe.sessions(one, two)
+        eventually(lambda: self.probe.titles() == {one[1]: "one", two[1]: "두 번째"}, what="titles")
+        for session in (one, two, one):
+            self.assertEqual(self.probe.jump(session), {"ok": True, "reason": ""})
+            self.assertEqual(self.probe.front(), session[1])
+        self.times(self.probe, "foot under sway", one, two)
+
+    def test_kitty_with_two_windows(self):
+        if not shutil.which("kitty"):
+            self.skipTest("kitty is not installed")
+        one = self.session("one", "kitty", "-o", "allow_remote_control=socket-only", "-o",
+                           f"listen_on=unix:{self.home}/kitty", "-o", "linux_display_server=wayland")
+        two = self.session("two", "foot")
+        command, file = self.script("three")
+        self.assertTrue(self.probe.ask("open", *one, self.folder, command)[0]["ok"])
+        three = self.told(file)
+        self.probe.sessions(one, two, three)
+        for session in (one, two, three, one):
+            self.assertEqual(self.probe.jump(session), {"ok": True, "reason": ""})
+            eventually(lambda s=session: self.probe.front() == s[1], what=f"{session} is in front")
+        self.times(self.probe, "kitty and foot under sway", two, three)
 
 
 if __name__ == "__main__":
