@@ -93,7 +93,9 @@ bool KittyHost::open(const OpenRequest& request, const Place& near) {
                           {"type", "tab"},
                           {"cwd", request.folder},
                           {"match", "window_id:" + std::to_string(window->id)}};
-    if (ask(socketOf(near), "launch", payload, launchLimit)) return true;
+    const auto socket = socketOf(near);
+    // Unanswered, it may still be on its way.
+    if (ask(socket, "launch", payload, launchLimit) || silent_.contains(socket)) return true;
   }
   return openWindow_(request);
 }

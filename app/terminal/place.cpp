@@ -95,6 +95,17 @@ std::vector<Place> allPlaces(const ProcessWorld& world) {
   return places;
 }
 
+bool drawsAnyTTY(const ProcessWorld& world, std::int32_t pid) {
+  const auto ids = world.ids();
+  return std::any_of(ids.begin(), ids.end(), [&](std::int32_t id) {
+    const auto process = world.info(id);
+    if (!process || !process->tty) return false;
+    const auto ancestors = ancestorsOf(world, id);
+    return std::any_of(ancestors.begin(), ancestors.end(),
+                       [&](const Ancestor& one) { return one.pid == pid; });
+  });
+}
+
 bool isUnder(const Place& place, std::int32_t pid) {
   return std::any_of(place.ancestors.begin(), place.ancestors.end(),
                      [&](const Ancestor& one) { return one.pid == pid; });

@@ -52,6 +52,9 @@ Place placeOf(const ProcessWorld& world, std::int32_t pid, const std::string& tt
 /// One place for each tty of the machine that a process has. Looks at every process.
 std::vector<Place> allPlaces(const ProcessWorld& world);
 
+/// Whether any process with a tty has the process among its ancestors. Looks at every process.
+bool drawsAnyTTY(const ProcessWorld& world, std::int32_t pid);
+
 /// Whether the process is among the place's ancestors.
 bool isUnder(const Place& place, std::int32_t pid);
 

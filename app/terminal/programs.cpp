@@ -35,9 +35,9 @@ bool startApart(const std::string& name, const std::vector<std::string>& argumen
                 const std::string& folder, std::vector<std::string> environment) {
   const auto program = programPath(name);
   if (!program) return false;
-  // The shell starts it in the background and ends: whoever waits for it is the system. The words
-  // are the shell's parameters, never its text.
-  std::vector<std::string> words{"-c", "trap '' HUP; \"$@\" >/dev/null 2>&1 &", "sh", *program};
+  // The words are the shell's parameters, never its text. Not by its "&", which would have the
+  // program, and all that runs in it, ignore Ctrl-C.
+  std::vector<std::string> words{"-c", "exec setsid --fork \"$@\" >/dev/null 2>&1", "sh", *program};
   words.insert(words.end(), arguments.begin(), arguments.end());
   constexpr Seconds limit{5};
   return platform::runChild({"/bin/sh", words, folder, std::move(environment), limit}).status == 0;

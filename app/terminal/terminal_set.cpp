@@ -112,6 +112,7 @@ void TerminalSet::addWindowTitles(Titles& titles, const std::vector<Place>& plac
 
 std::optional<std::string> TerminalSet::frontTTY(const std::vector<TerminalSession>& sessions) {
   beginCall();
+  if (sessions.empty() || noTerminalIsInFront()) return std::nullopt;
   const auto drawn = drawnBy(placesOf(sessions));
   auto tty = frontOf(drawn);
   for (int depth = 0; tty && depth < deepestNesting; ++depth) {
@@ -122,6 +123,15 @@ std::optional<std::string> TerminalSet::frontTTY(const std::vector<TerminalSessi
   const bool isOurs = tty && std::any_of(sessions.begin(), sessions.end(),
                                          [&](const auto& one) { return one.tty == *tty; });
   return isOurs ? tty : std::nullopt;
+}
+
+/// Looking at processes is cheaper than asking tmux, which starts one.
+bool TerminalSet::noTerminalIsInFront() {
+  if (!parts_.desktop || !parts_.desktop->isReachable() || !parts_.desktop->showsEverything()) {
+    return false;
+  }
+  const auto active = parts_.desktop->active();
+  return !active || active->pid < 1 || !drawsAnyTTY(parts_.processes, active->pid);
 }
 
 std::optional<std::string> TerminalSet::frontOf(const Drawn& drawn) {

@@ -53,6 +53,7 @@ class TerminalSet {
   TerminalHost* hostOf(const Place& place) const;
   std::map<TerminalHost*, std::vector<Place>> byHost(const std::vector<Place>& places) const;
   void addWindowTitles(Titles& titles, const std::vector<Place>& places);
+  bool noTerminalIsInFront();
   std::optional<std::string> frontOf(const Drawn& drawn);
   std::optional<std::string> frontByWindow(const std::vector<Place>& places,
                                            const DesktopWindow& active);

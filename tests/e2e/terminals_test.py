@@ -322,18 +322,18 @@ class WindowsTest(TerminalsTest):
 
     def test_konsole(self):
         daemon = self.bus()
-        profiles = self.folder / "terminal-home/.local/share/konsole"
-        profiles.mkdir(parents=True)
-        (profiles / "titles.profile").write_text(
-            "[General]\nName=titles\nParent=FALLBACK/\nLocalTabTitleFormat=%w\n")
         command, file = self.script("one")
-        konsole = self.program("konsole", "--profile", "titles", "-p", "LocalTabTitleFormat=%w",
+        konsole = self.program("konsole", "-p", "LocalTabTitleFormat=%w",
                                "-e", command)
         one = self.told(file)
         two = self.second_tab(one, "두 번째")
         three = self.xterm(title="xterm")
         self.probe.sessions(one, two, three)
-        eventually(lambda: self.probe.titles().get(one[1]) == "one", what="the title")
+        # The second tab has the usual profile, which names tabs after folders and programs.
+        self.await_titles({one[1]: "one", three[1]: "xterm"})
+        advices = [each["advice"] for each in self.probe.ask("support")[0]
+                   if each["terminal"] == "Konsole"]
+        self.assertEqual([bool(advice) for advice in advices], [False, True])
         self.jump_about("Konsole", one, two, three)
         self.times(self.probe, "Konsole from and to xterm", one, three)
         # One that hangs costs its time limit, and nothing of the others' answers.

@@ -12,7 +12,7 @@ constexpr std::uint64_t longestCall = 800'000;  // microseconds
 
 struct SystemdBus {
   decltype(sd_bus_open_user)* openUser;
-  decltype(sd_bus_flush_close_unref)* closeUnref;
+  decltype(sd_bus_close_unref)* closeUnref;
   decltype(sd_bus_is_open)* isOpen;
   decltype(sd_bus_is_ready)* isReady;
   decltype(sd_bus_process)* process;
@@ -33,7 +33,7 @@ struct SystemdBus {
   SystemdBus() {
     LoadedLibrary library("libsystemd.so.0");
     library.find("sd_bus_open_user", openUser);
-    library.find("sd_bus_flush_close_unref", closeUnref);
+    library.find("sd_bus_close_unref", closeUnref);
     library.find("sd_bus_is_open", isOpen);
     library.find("sd_bus_is_ready", isReady);
     library.find("sd_bus_process", process);
@@ -148,6 +148,11 @@ std::vector<std::map<std::string, std::string>> BusReply::records() {
   return list;
 }
 
+void Bus::forgive() {
+  silent_.clear();
+  unreachable_ = false;
+}
+
 Bus::~Bus() { close(); }
 
 void Bus::close() {
@@ -183,7 +188,9 @@ bool Bus::hasOwner(const std::string& name) {
 }
 
 sd_bus_message* Bus::begin(const BusObject& to, const char* method) {
-  if (silent_.contains(to.name) || !open()) return nullptr;
+  if (unreachable_ || silent_.contains(to.name)) return nullptr;
+  unreachable_ = !open();
+  if (unreachable_) return nullptr;
   sd_bus_message* message = nullptr;
   const int result = systemd().newCall(bus_, &message, to.name.c_str(), to.path.c_str(),
                                        to.interface.c_str(), method);

@@ -52,7 +52,7 @@ class Bus {
   ~Bus();
 
   /// Lets those be asked again that did not answer.
-  void forgive() { silent_.clear(); }
+  void forgive();
   /// Whether the name has an owner now.
   bool hasOwner(const std::string& name);
 
@@ -78,6 +78,7 @@ class Bus {
 
   sd_bus* bus_ = nullptr;
   std::set<std::string> silent_;
+  bool unreachable_ = false;
 };
 
 }  // namespace zelvane

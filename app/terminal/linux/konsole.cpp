@@ -101,10 +101,19 @@ std::optional<KonsoleHost::Tab> KonsoleHost::tabOf(const std::string& service, c
   return std::nullopt;
 }
 
+/// Whether a tab is called what the program in it or the user says. The usual format names the
+/// folder and the program, whatever the program says.
+bool KonsoleHost::hasOwnTitle(const std::string& service, std::int32_t session) {
+  constexpr std::int32_t local = 0;
+  const auto format = bus_->call(sessionObject(service, session), "tabTitleFormat", local).text();
+  return format && (format->find("%w") != format->npos || format->find('%') == format->npos);
+}
+
 Titles KonsoleHost::titles(const std::vector<Place>& places) {
   Titles titles;
   for (const auto& service : servicesOf(places)) {
     for (const auto& tab : tabsOf(service)) {
+      if (!hasOwnTitle(service, tab.session)) continue;
       constexpr std::int32_t shown = 1;  // 0 is the one that the profile began with
       auto title = bus_->call(sessionObject(service, tab.session), "title", shown).text();
       if (title && !title->empty()) titles[tab.tty] = withoutControls(*title);
@@ -167,9 +176,13 @@ bool KonsoleHost::open(const OpenRequest& request, const Place& near) {
 }
 
 Support KonsoleHost::support(const Place& place) {
-  const bool answers = !windowsOf(serviceOf(place)).empty();
-  return {name(), answers, answers, answers,
-          L("Konsole 프로필의 탭 제목 형식을 %w 로 바꾸면 프로그램이 정한 제목이 보여요.")};
+  const auto tab = tabOf(serviceOf(place), place);
+  if (!tab) return {name(), false, false, false, ""};
+  const bool titled = hasOwnTitle(serviceOf(place), tab->session);
+  return {name(), titled, true, true,
+          titled
+              ? ""
+              : L("Konsole 프로필의 탭 제목 형식을 %w 로 바꾸면 프로그램이 정한 제목이 보여요.")};
 }
 
 }  // namespace zelvane

@@ -37,6 +37,7 @@ class KonsoleHost : public TerminalHost {
   std::vector<Tab> tabsOf(const std::string& service);
   std::optional<Tab> tabOf(const std::string& service, const Place& place);
   std::optional<std::string> ttyOf(const std::string& service, std::int32_t session);
+  bool hasOwnTitle(const std::string& service, std::int32_t session);
   bool windowsAreNumberedAlike(const std::string& service);
   std::optional<std::uint32_t> xWindowOf(const std::string& service, std::int32_t window);
   bool isInFront(const std::string& service, std::int32_t window,
