@@ -343,6 +343,10 @@ class WindowsTest(TerminalsTest):
         self.assertLess(ms, 1500)
         answer, ms = self.probe.ask("jump", *one)
         self.assertLess(ms, 1500)
+        answer, ms = self.probe.ask("jump-during-titles", *three)
+        self.assertTrue(answer["ok"])
+        self.assertLess(answer["ms"], 400, "a click waited for a question")
+        self.assertGreater(ms, 700, "the question did wait")
         os.kill(konsole.pid, signal.SIGCONT)
         eventually(lambda: self.probe.jump(one)["ok"], what="it answers again")
         daemon.kill()
@@ -391,6 +395,7 @@ class WindowsTest(TerminalsTest):
         command, file = self.script("one")
         self.program("tilix", "-e", command)
         one = self.told(file)
+        eventually(lambda: self.windows_of("tilix"), what="its window")
         two, three = self.second_tab(one, "two"), self.xterm(title="xterm")
         self.probe.sessions(one, two, three)
         for session in (one, three, two, one):

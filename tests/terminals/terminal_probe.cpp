@@ -4,6 +4,7 @@
 #include <iostream>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "core/json_file.h"
@@ -29,8 +30,20 @@ Json supportOf(const std::vector<Support>& all) {
   return list;
 }
 
+/// Jumps while another thread asks for titles; the milliseconds that the jump took.
+Json jumpDuringTitles(Terminal& terminal, const std::vector<Terminal::Session>& sessions,
+                      const Terminal::Session& to) {
+  std::thread asking([&] { (void)terminal.titles(sessions); });
+  const auto start = std::chrono::steady_clock::now();
+  auto result = resultOf(terminal.jump(to.tty, to.pid));
+  const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - start;
+  asking.join();
+  result["ms"] = took.count();
+  return result;
+}
+
 /// titles | front | support | jump PID TTY | open PID TTY FOLDER WORD... (with PID 0: no session
-/// near) | sessions PID TTY PID TTY...
+/// near) | sessions PID TTY PID TTY... | jump-during-titles PID TTY
 Json answer(Terminal& terminal, std::vector<Terminal::Session>& sessions, std::istream& words) {
   std::string command;
   words >> command;
@@ -48,6 +61,7 @@ Json answer(Terminal& terminal, std::vector<Terminal::Session>& sessions, std::i
   if (command == "support") return supportOf(terminal.support(sessions));
   words >> session.pid >> session.tty;
   if (command == "jump") return resultOf(terminal.jump(session.tty, session.pid));
+  if (command == "jump-during-titles") return jumpDuringTitles(terminal, sessions, session);
   std::string folder;
   words >> folder;
   std::vector<std::string> argv;
