@@ -10,9 +10,10 @@ class Display:
         self.size = (width, height)
         self._machine = machine
         read, write = os.pipe()
+        # A server that resets when its last client leaves takes the next one, just arriving, with it.
         server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(write), "-screen", "0", f"{width}x{height}x24", "-nolisten",
-             "tcp"], pass_fds=[write], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+             "tcp", "-noreset"], pass_fds=[write], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         machine._children.append(server)
         os.close(write)
         with os.fdopen(read) as number:
