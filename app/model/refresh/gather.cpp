@@ -11,6 +11,7 @@
 #include "app/hook/record_file.h"
 #include "app/hook/upkeep.h"
 #include "app/model/family/family.h"
+#include "app/model/records/row_text.h"
 #include "app/model/records/session_files.h"
 #include "app/model/refresh/row_rules.h"
 #include "app/model/transcripts/transcript_reader.h"
@@ -53,6 +54,17 @@ bool frontMatters(const RefreshInputs& inputs, Time now) {
     return finishedUnseen(live.proc, live.hook,
                           known ? std::optional(timeAt(acked->second)) : std::nullopt, now);
   });
+}
+
+std::vector<TerminalSession> terminalSessions(const std::vector<LiveSession>& live) {
+  std::vector<TerminalSession> sessions;
+  for (const auto& session : live) sessions.push_back({session.proc.pid, session.tty});
+  return sessions;
+}
+
+TabTitles cleaned(TabTitles titles) {
+  for (auto& [tty, title] : titles) title = cleanTitle(title);
+  return titles;
 }
 
 std::set<std::string> ttysOf(const std::vector<LiveSession>& live) {
@@ -107,7 +119,7 @@ decltype(RefreshSources::modelInfo) transcriptSource() {
 
 }  // namespace
 
-RefreshSources systemSources() {
+RefreshSources systemSources(const std::shared_ptr<Terminal>& terminal) {
   const auto pause = [](Seconds seconds) { std::this_thread::sleep_for(seconds); };
   RefreshSources sources;
   sources.home = Paths::home();
@@ -122,6 +134,8 @@ RefreshSources systemSources() {
     (void)changeRecord(RecordFolder::in(Paths::zelvane()), proc.sessionId,
                        [&](Json& record) { keepUp(record, wordOf(proc)); });
   };
+  sources.terminalTitles = [terminal](const auto& sessions) { return terminal->titles(sessions); };
+  sources.frontTTY = [terminal](const auto& sessions) { return terminal->frontTTY(sessions); };
   sources.modelInfo = transcriptSource();
   sources.folderExists = [](const std::string& folder) {
     std::error_code failed;
@@ -142,11 +156,11 @@ RefreshInputs gather(const RefreshSources& sources, const RefreshMemory& memory,
   inputs.choices = std::move(choices);
   inputs.home = sources.home;
   inputs.live = liveSessions(sources, now);
-  if (titlesWanted(memory, ttysOf(inputs.live), inputs.choices.visible, now) &&
-      sources.terminalRunning()) {
-    inputs.titles = sources.terminalTitles();
+  const auto sessions = terminalSessions(inputs.live);
+  if (titlesWanted(memory, ttysOf(inputs.live), inputs.choices.visible, now)) {
+    inputs.titles = cleaned(sources.terminalTitles(sessions));
   }
-  if (frontMatters(inputs, now)) inputs.frontTTY = sources.frontTTY();
+  if (frontMatters(inputs, now)) inputs.frontTTY = sources.frontTTY(sessions);
   inputs.notes = notesOf(sources, memory, inputs.live);
   for (auto& live : inputs.live) {
     live.model = sources.modelInfo(live.proc.sessionId,
