@@ -72,6 +72,8 @@ TEST(TranscriptTail, FindsTheLastModelAndEffort) {
       {R"({"type":"assistant","effort":"low"} {})", "", ""},
       {R"(["type","assistant"])", "", ""},
       {std::string("{\"type\":\"assistant\",\"effort\":\"low\"}\0x", 40), "", ""},
+      // A string that ends in backslashes, one that ends in a quote.
+      {R"({"cwd":"C:\\","x":"\"","type":"assistant","effort":"low"})", "", "low"},
       // Not UTF-8, elsewhere in the line.
       {"{\"cwd\":\"\xff\\\"\",\"type\":\"assistant\",\"effort\":\"low\"}", "", "low"},
   };
@@ -95,6 +97,9 @@ TEST(TranscriptTail, SuggestsOnlyWhatFollowsTheLastPrompt) {
       {{assistant(Json::array()), user(Json::array({textItem("지금 작업은 **max**")}))}, ""},
       // Nobody typed these.
       {{suggesting, user("<task-notification>done</task-notification>")}, "high"},
+      {{suggesting, R"({"message":{"content":[{"type":"text","text":"x"},{"type":"tool_result"}]},)"
+                    R"("type":"user"})"},
+       "high"},
       {{suggesting, user("x", {{"promptSource", "system"}})}, "high"},
       {{suggesting, user("x", {{"origin", {{"kind", "task-notification"}}}})}, "high"},
       {{suggesting, user("caveat", {{"isMeta", true}})}, "high"},
