@@ -22,8 +22,8 @@ Listing listingOf(const ZelvaneStore& store, Time now) {
   return {.at = now,
           .home = Paths::home(),
           .sessions = store.sessions(),
-          .pendingRestore = store.pendingRestore(),
-          .recentClosed = store.recentClosed()};
+          .pendingRestore = store.offers().pendingRestore(),
+          .recentClosed = store.offers().recentClosed()};
 }
 
 Listing currentListing() {

@@ -13,11 +13,12 @@ Result run(const std::string& executable, const std::vector<std::string>& argume
 }
 
 std::string run(const std::string& executable, const std::vector<std::string>& arguments,
-                const Environment& env, Seconds timeout) {
+                const Environment& env, Seconds timeout, const std::atomic<bool>* cancelled) {
   std::vector<std::string> variables;
   for (const auto& [name, value] : env) variables.push_back(name + "=" + value);
   return repairedUtf8(
-      platform::runChild({executable, arguments, {}, std::move(variables), timeout}).output);
+      platform::runChild({executable, arguments, {}, std::move(variables), timeout, cancelled})
+          .output);
 }
 
 }  // namespace zelvane::Shell

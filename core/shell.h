@@ -1,6 +1,7 @@
 // Runs external commands with a time-out. Any thread; blocks until the command has ended.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -24,8 +25,10 @@ using Environment = std::map<std::string, std::string>;
 Result run(const std::string& executable, const std::vector<std::string>& arguments,
            const std::optional<std::string>& cwd, Seconds timeout);
 
-/// The same, for its output alone: empty when it could not be started.
+/// The same, for its output alone: empty when it could not be started. Once `cancelled` is true the
+/// command is asked to end.
 std::string run(const std::string& executable, const std::vector<std::string>& arguments,
-                const Environment& env, Seconds timeout);
+                const Environment& env, Seconds timeout,
+                const std::atomic<bool>* cancelled = nullptr);
 
 }  // namespace zelvane::Shell

@@ -1,6 +1,7 @@
 // Runs one external command to its end. Stateless; any thread; blocks the caller.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <optional>
@@ -15,6 +16,8 @@ struct ChildRequest {
   std::optional<std::string> folder;       ///< working folder; the caller's when absent
   std::vector<std::string> environment{};  ///< "NAME=value", each replacing an inherited NAME
   std::chrono::duration<double> timeout;
+  /// Looked at now and then: once true, the child is asked to end as after the time-out.
+  const std::atomic<bool>* cancelled = nullptr;
 };
 
 struct ChildResult {

@@ -36,6 +36,11 @@ void ConnectionController::setCardDismissed(bool dismissed) {
   notify();
 }
 
+void ConnectionController::clearMessage() {
+  message_.clear();
+  notify();
+}
+
 void ConnectionController::refresh() {
   state_ = options_.state();
   notify();
@@ -79,9 +84,7 @@ void ConnectionController::clearMessageLater() {
   q_.postAfter(options_.messageLife, [weak = weak_from_this(), main = options_.mainThread] {
     main([weak] {
       const auto self = weak.lock();
-      if (!self || self->state_ != State::connected) return;
-      self->message_.clear();
-      self->notify();
+      if (self && self->state_ == State::connected) self->clearMessage();
     });
   });
 }

@@ -46,6 +46,8 @@ class ConnectionController : public std::enable_shared_from_this<ConnectionContr
   bool cardDismissed() const { return cardDismissed_; }
   /// Saved at once.
   void setCardDismissed(bool dismissed);
+  /// The user has read it.
+  void clearMessage();
 
   /// Works the state out anew. Reads files.
   void refresh();

@@ -13,6 +13,7 @@
 #include "app/model/refresh/offers.h"
 #include "app/model/store/samples.h"
 #include "app/ui/column/text_style.h"
+#include "app/ui/questions.h"
 #include "app/ui/render.h"
 
 namespace zelvane {
@@ -32,6 +33,14 @@ std::shared_ptr<ZelvaneStore> makeStore(std::shared_ptr<UserDefaults> defaults, 
   auto options = ZelvaneStore::systemOptions(std::move(defaults), mainThread());
   options.readOnly = readOnly;
   return ZelvaneStore::create(std::move(options));
+}
+
+std::shared_ptr<ConnectionController> makeConnection(std::shared_ptr<UserDefaults> defaults,
+                                                     bool readOnly) {
+  auto options = ConnectionController::systemOptions(std::move(defaults), mainThread());
+  options.confirmDisconnect = confirmDisconnect;
+  options.readOnly = readOnly;
+  return ConnectionController::create(std::move(options));
 }
 
 /// Ends the application's loop when the system asks the process to end.
@@ -59,6 +68,10 @@ class QuitOnSignal {
   std::thread thread_;
 };
 
+bool connected(const ConnectionController& connection) {
+  return connection.state() == ConnectionController::State::connected;
+}
+
 std::shared_ptr<UserDefaults> standardDefaults() {
   return std::make_shared<FileDefaults>(FileDefaults::standardPath());
 }
@@ -83,6 +96,7 @@ bool prepareWindowSystem(const LaunchOptions& options) {
 AppDelegate::AppDelegate(LaunchOptions options)
     : options_(std::move(options)),
       store_(makeStore(standardDefaults(), options_.sample)),
+      connection_(makeConnection(standardDefaults(), options_.sample)),
       panelSize_(standardDefaults(),
                  options_.sample ? PanelSize::Mode::readOnly : PanelSize::Mode::saving) {
   QApplication::setStyle(QStringLiteral("Fusion"));
@@ -94,6 +108,7 @@ int AppDelegate::run() {
   if (options_.renderPath) return renderAndExit(*options_.renderPath);
   if (!options_.sample) {
     (void)Installer(Installer::systemPlace()).refreshHelperIfConnected(bundledParts());
+    connection_->refresh();
   }
   const QuitOnSignal quitOnSignal;
   openPanel();
@@ -121,7 +136,7 @@ int AppDelegate::renderAndExit(const std::string& path) {
     QApplication::exec();
   }
   // That it cannot be written is nobody's business here: the caller sees that there is no file.
-  columnPicture(store_, panelSize_, viewOptions(), options_.width)
+  columnPicture(store_, connection_, panelSize_, viewOptions(), options_.width)
       .save(QString::fromStdString(path), "PNG");
   return 0;
 }
@@ -134,7 +149,7 @@ void AppDelegate::openPanel() {
   options.dark = appearance_->dark();
   const auto screen = usableScreen();
   if (screen) options.maxHeight = availableHeight(*screen);
-  view_ = new ColumnView(store_, panelSize_, std::move(options),
+  view_ = new ColumnView(store_, connection_, panelSize_, std::move(options),
                          {.onHeight = [this](int height) { panel_->setContentHeight(height); },
                           .menuWanted = [this](QPoint point) { showMenu(point); }});
   panel_->setContent(view_);
@@ -174,7 +189,8 @@ void AppDelegate::showMenu(QPoint point) {
   styleMenu(*menu, view_->theme());
   for (const auto& item : panelMenu({.theme = store_->theme(),
                           .anchor = store_->anchorTop() ? Anchor::top : Anchor::bottom,
-                          .customSize = panelSize_.custom()})) {
+                          .customSize = panelSize_.custom(),
+                          .connected = connected(*connection_)})) {
     if (item.separator()) {
       menu->addSeparator();
       continue;
@@ -197,6 +213,8 @@ void AppDelegate::perform(MenuCommand command) {
       return anchor(Anchor::top);
     case MenuCommand::anchorBottom:
       return anchor(Anchor::bottom);
+    case MenuCommand::toggleConnection:
+      return toggleConnection();
     case MenuCommand::refresh:
       return store_->refreshNow();
     case MenuCommand::quit:
@@ -207,6 +225,14 @@ void AppDelegate::perform(MenuCommand command) {
       return panel_->place();
     default:
       return;
+  }
+}
+
+void AppDelegate::toggleConnection() {
+  if (connected(*connection_)) {
+    connection_->disconnect();
+  } else {
+    connection_->connect(/*loginItem=*/false);
   }
 }
 

@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "app/connect/connection_controller.h"
 #include "app/model/store/store.h"
 #include "app/ui/appearance.h"
 #include "app/ui/column/column_view.h"
@@ -38,9 +39,11 @@ class AppDelegate {
   void showMenu(QPoint point);
   void perform(MenuCommand command);
   void anchor(Anchor anchor);
+  void toggleConnection();
 
   LaunchOptions options_;
   std::shared_ptr<ZelvaneStore> store_;
+  std::shared_ptr<ConnectionController> connection_;
   PanelSize panelSize_;
   std::unique_ptr<Appearance> appearance_;
   std::unique_ptr<ColumnPanel> panel_;

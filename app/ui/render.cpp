@@ -2,10 +2,11 @@
 
 namespace zelvane {
 
-QImage columnPicture(const std::shared_ptr<ZelvaneStore>& store, const PanelSize& panelSize,
-                     const ColumnView::Options& options, int width) {
+QImage columnPicture(const std::shared_ptr<ZelvaneStore>& store,
+                     const std::shared_ptr<ConnectionController>& connection,
+                     const PanelSize& panelSize, const ColumnView::Options& options, int width) {
   constexpr int padding = 8, scale = 2;
-  ColumnView view(store, panelSize, options, {[](int) {}, [](QPoint) {}});
+  ColumnView view(store, connection, panelSize, options, {[](int) {}, [](QPoint) {}});
   view.setAttribute(Qt::WA_DontShowOnScreen);
   view.setAttribute(Qt::WA_TranslucentBackground);
   view.resize(width, 1);

@@ -10,6 +10,7 @@
 #include "platform/quarantine.h"
 
 #include "core/bundle.h"
+#include "core/installer/file_placing.h"
 #include "core/installer/hook_entries.h"
 #include "core/installer/settings_json.h"
 #include "core/localization.h"

@@ -3,14 +3,15 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <fcntl.h>
 #include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
+#include "platform/file_exchange.h"
 #include "platform/file_sync.h"
 
+#include "core/installer/file_placing.h"
 #include "core/installer/hook_entries.h"
 #include "core/installer/settings_json.h"
 #include "core/localization.h"
@@ -41,20 +42,14 @@ std::optional<std::int64_t> modified(const std::string& path) {
   return std::chrono::duration_cast<std::chrono::nanoseconds>(since).count();
 }
 
-bool exists(const std::string& path) { return access(path.c_str(), F_OK) == 0; }
+/// Whether something lies there. Yes, too, when that cannot be found out.
+bool exists(const std::string& path) {
+  if (access(path.c_str(), F_OK) == 0) return true;
+  return errno != ENOENT && errno != ENOTDIR && errno != ELOOP;
+}
 
 std::optional<std::string> bytesOf(const std::string& path) {
   return readFile(path, JSONFile::defaultLimit);
-}
-
-bool writeAll(int fd, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = write(fd, bytes.data(), bytes.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 1) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return true;
 }
 
 std::string folderOf(const std::string& path) { return fs::path(path).parent_path().string(); }
@@ -63,24 +58,15 @@ std::string processId() { return std::to_string(getpid()); }
 
 }  // namespace
 
-bool createPrivate(const std::string& path, std::string_view data, std::uint32_t mode) {
-  const int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
-  if (fd < 0) return false;
-  bool whole =
-      fchmod(fd, static_cast<mode_t>(mode)) == 0 && writeAll(fd, data) && !platform::syncFile(fd);
-  if (close(fd) != 0) whole = false;
-  if (!whole) unlink(path.c_str());
-  return whole;
-}
-
-std::string SettingsFile::realPath() const {
+std::optional<std::string> SettingsFile::realPath() const {
   std::error_code failed;
   const auto real = fs::canonical(path(), failed);
-  return failed ? path() : real.string();
+  if (failed) return std::nullopt;
+  return real.string();
 }
 
 std::optional<Json> SettingsFile::read() const {
-  const auto bytes = bytesOf(realPath());
+  const auto bytes = bytesOf(path());
   return bytes ? parseSettings(*bytes) : std::nullopt;
 }
 
@@ -91,20 +77,20 @@ SettingsFile::Read SettingsFile::readForEdit() const {
     return Refused{L("Claude 설정 파일이 가리키는 곳을 찾을 수 없어서 아무것도 바꾸지 않았어요.")};
   }
   const auto real = realPath();
-  auto data = bytesOf(real);
+  auto data = real ? bytesOf(*real) : std::nullopt;
   if (!data) {
     return Refused{
         L("Claude 설정 파일(settings.json)을 읽을 수 없어서 아무것도 바꾸지 않았어요. "
           "권한을 확인해 주세요.")};
   }
-  const auto changed = modified(real);
+  const auto changed = modified(*real);
   const auto age = changed ? clock_() - timeAt(static_cast<double>(*changed) / 1e9) : justNow;
   if (isBlank(*data) && age < justNow) {
     return Refused{
         L("Claude 설정 파일이 방금 바뀌는 중이라 아무것도 바꾸지 않았어요. "
           "잠시 뒤 다시 시도해 주세요.")};
   }
-  if (access(real.c_str(), W_OK) != 0) {
+  if (access(real->c_str(), W_OK) != 0) {
     return Refused{
         L("Claude 설정 파일이 읽기 전용으로 잠겨 있어서 바꾸지 않았어요. "
           "잠금을 푼 뒤 다시 시도해 주세요.")};
@@ -123,7 +109,7 @@ SettingsFile::Read SettingsFile::readForEdit() const {
   if (settings->contains("hooks") && !settings->at("hooks").is_object()) {
     return Refused{L("Claude 설정의 hooks 모양이 예상과 달라서 아무것도 바꾸지 않았어요.")};
   }
-  return Ready{std::move(*settings), std::move(*data), real};
+  return Ready{std::move(*settings), std::move(*data), *real};
 }
 
 /// What one attempt found and means to write.
@@ -169,11 +155,9 @@ std::optional<Outcome> SettingsFile::attempt(
     }
     pruneBackups();
   }
-  if (!untouched(attempt)) {
-    if (attempt.existed) unlink(attempt.backup.c_str());
-    return std::nullopt;
-  }
-  return replace(attempt);
+  auto outcome = untouched(attempt) ? replace(attempt) : std::nullopt;
+  if (!outcome && attempt.existed) unlink(attempt.backup.c_str());
+  return outcome;
 }
 
 std::optional<Outcome> SettingsFile::begin(Attempt& attempt) const {
@@ -196,7 +180,7 @@ bool SettingsFile::untouched(const Attempt& attempt) const {
   return bytesOf(attempt.path) == attempt.data && modified(attempt.path) == attempt.modifiedAt;
 }
 
-Outcome SettingsFile::replace(const Attempt& attempt) const {
+std::optional<Outcome> SettingsFile::replace(const Attempt& attempt) const {
   const auto temporary = attempt.beside("/.settings.json.zelvane-tmp");
   std::error_code ignored;
   fs::create_directories(folderOf(attempt.path), ignored);
@@ -204,28 +188,46 @@ Outcome SettingsFile::replace(const Attempt& attempt) const {
   if (!createPrivate(temporary, attempt.out, attempt.mode)) {
     return Outcome::failed(L("설정 파일을 쓰지 못했어요. 아무것도 바꾸지 않았어요."));
   }
-  if (std::rename(temporary.c_str(), attempt.path.c_str()) != 0) {
-    unlink(temporary.c_str());
+  const auto placed = attempt.existed
+                          ? placeOver(temporary, attempt.out, attempt.path, attempt.data)
+                          : placeNew(temporary, attempt.path);
+  if (placed == Placed::tooLate) return std::nullopt;
+  if (placed == Placed::refused) {
     return Outcome::failed(L("설정 파일을 바꾸지 못했어요. 아무것도 바꾸지 않았어요."));
   }
-  // What was replaced is whole either way; a power cut may bring it back.
-  (void)platform::syncFolder(folderOf(attempt.path));
+  return verify(attempt);
+}
+
+Outcome SettingsFile::verify(const Attempt& attempt) const {
   const auto written = bytesOf(attempt.path);
   const auto result = written && !isBlank(*written) ? parseSettings(*written) : std::nullopt;
-  if (result && sameExceptOurs(attempt.before, *result)) return Outcome::ok("");
-  rollBack(attempt);
-  return Outcome::failed(L("쓴 결과가 예상과 달라서 원래 설정으로 되돌렸어요."));
+  if (!result || !sameExceptOurs(attempt.before, *result)) {
+    rollBack(attempt);
+    return Outcome::failed(L("쓴 결과가 예상과 달라서 원래 설정으로 되돌렸어요."));
+  }
+  // Until then a power cut may bring the old file back, whole.
+  (void)platform::syncFolder(folderOf(attempt.path));
+  return Outcome::ok("");
 }
 
 void SettingsFile::rollBack(const Attempt& attempt) const {
-  if (!attempt.existed) {
-    unlink(attempt.path.c_str());
-    return;
-  }
+  if (!attempt.existed) return putAside(attempt.path, attempt);
   const auto restore = attempt.beside("/.settings.json.zelvane-restore");
   unlink(restore.c_str());
-  if (createPrivate(restore, attempt.data, attempt.mode)) {
+  if (!createPrivate(restore, attempt.data, attempt.mode)) return;
+  if (platform::exchangeFiles(restore, attempt.path)) {
     (void)std::rename(restore.c_str(), attempt.path.c_str());
+  } else {
+    putAside(restore, attempt);
+  }
+}
+
+/// Removes what was taken out of place: ours. What another program wrote since is kept.
+void SettingsFile::putAside(const std::string& path, const Attempt& attempt) const {
+  if (bytesOf(path) == attempt.out) {
+    unlink(path.c_str());
+  } else {
+    (void)std::rename(path.c_str(), (backupName() + "-theirs").c_str());
   }
 }
 

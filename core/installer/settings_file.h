@@ -40,9 +40,10 @@ class SettingsFile {
   explicit SettingsFile(std::string claudeDir, Clock clock = systemTime)
       : claudeDir_(std::move(claudeDir)), clock_(std::move(clock)) {}
 
-  /// Where the file is expected, and where it is: the same with links resolved.
+  /// Where the file is expected.
   std::string path() const { return claudeDir_ + "/settings.json"; }
-  std::string realPath() const;
+  /// Where it is: the same with all links resolved; nothing when it is nowhere.
+  std::optional<std::string> realPath() const;
 
   /// The settings, to be looked at only; nothing when there are none that can be read.
   std::optional<Json> read() const;
@@ -60,17 +61,15 @@ class SettingsFile {
   std::optional<Outcome> attempt(const std::function<void(Json& settings)>& change) const;
   std::optional<Outcome> begin(Attempt& attempt) const;
   bool untouched(const Attempt& attempt) const;
-  Outcome replace(const Attempt& attempt) const;
+  std::optional<Outcome> replace(const Attempt& attempt) const;
+  Outcome verify(const Attempt& attempt) const;
   void rollBack(const Attempt& attempt) const;
+  void putAside(const std::string& path, const Attempt& attempt) const;
   std::string backupName() const;
   void pruneBackups() const;
 
   std::string claudeDir_;
   Clock clock_;
 };
-
-/// Makes a file that was not there, with these bytes and permissions, on the disk itself. After a
-/// failure there is none.
-bool createPrivate(const std::string& path, std::string_view data, std::uint32_t mode);
 
 }  // namespace zelvane

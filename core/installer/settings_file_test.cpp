@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "core/installer/file_placing.h"
 #include "core/installer/hook_entries.h"
 #include "core/installer/settings_json.h"
 

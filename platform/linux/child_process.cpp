@@ -111,13 +111,14 @@ void readRest(int fd, std::string& output) {
 /// Follows a running child until it has ended, asking it to end at the deadline.
 class Supervision {
  public:
-  Supervision(pid_t pid, int output, Clock::time_point deadline)
+  Supervision(pid_t pid, int output, Clock::time_point deadline, const std::atomic<bool>* cancelled)
       : pid_(pid),
         output_(output),
         // Readable once the child has ended; close-on-exec by itself. Old kernels and some
         // sandboxes have none: then the child is asked about twenty times a second.
         ended_(static_cast<int>(syscall(SYS_pidfd_open, pid, 0))),
-        deadline_(deadline) {}
+        deadline_(deadline),
+        cancelled_(cancelled) {}
 
   void untilEnd(std::string& output) {
     bool open = true;
@@ -127,7 +128,7 @@ class Supervision {
       poll(events.data(), events.size(), millisecondsLeft());
       if (open && events[1].revents != 0) open = readSome(output_, output) != PipeState::ended;
       if (events[0].revents != 0 || (ended_.fd < 0 && hasEnded())) break;
-      if (Clock::now() >= deadline_) signalNext();
+      if (Clock::now() >= deadline_ || (!asked_ && isCancelled())) signalNext();
     }
     if (open) readRest(output_, output);
   }
@@ -135,9 +136,11 @@ class Supervision {
  private:
   int millisecondsLeft() const {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline_ - Clock::now());
-    return static_cast<int>(
-        std::clamp<std::int64_t>(left.count(), 0, ended_.fd < 0 ? 50 : 3'600'000));
+    const std::int64_t most = ended_.fd < 0 ? 50 : cancelled_ ? 100 : 3'600'000;
+    return static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, most));
   }
+
+  bool isCancelled() const { return cancelled_ && *cancelled_; }
 
   bool hasEnded() const {
     siginfo_t info{};
@@ -161,6 +164,7 @@ class Supervision {
   int output_;
   Descriptor ended_;
   Clock::time_point deadline_;
+  const std::atomic<bool>* cancelled_;
   bool asked_ = false;
 };
 
@@ -181,7 +185,7 @@ ChildResult runChild(const ChildRequest& request) {
   const pid_t pid = spawn(request, writing.fd);
   writing.reset();
   if (pid < 0) return result;
-  Supervision(pid, reading.fd, deadline).untilEnd(result.output);
+  Supervision(pid, reading.fd, deadline, request.cancelled).untilEnd(result.output);
 
   int status = 0;
   pid_t waited = 0;

@@ -8,13 +8,14 @@ from display import Display
 from machine import Machine, eventually
 
 # Colours of the light minimal theme.
-BACKGROUND, WAIT = (251, 251, 249), (212, 86, 31)
+BACKGROUND, WAIT, TEXT = (251, 251, 249), (212, 86, 31), (29, 29, 27)
 
 
 class ColumnTest(unittest.TestCase):
     def setUp(self):
         self.machine = Machine()
         self.addCleanup(self.machine.close)
+        self.machine.run("connect")
         self.display = Display(self.machine)
         self.pictures = pathlib.Path(os.environ.get("ZELVANE_PICTURES", self.machine.folder))
 
@@ -28,6 +29,46 @@ class ColumnTest(unittest.TestCase):
         lines = self.display.output("xdotool", "getwindowgeometry", "--shell", window).split("\n")
         values = dict(line.split("=") for line in lines)
         return tuple(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
+
+    def press_button(self):
+        """Presses the first filled button of a card, once there is one."""
+        (x, y), _ = eventually(lambda: self.display.find(TEXT, run=20), what="a button shows")
+        self.display.click(x + 5, y + 5)
+
+    def choose_connection(self, window):
+        """Picks the menu's line about the connection, the third from its end."""
+        x, y, width, _ = self.geometry(window)
+        self.display.click(x + width - 24, y + 18)
+        eventually(lambda: len(self.windows()) > 1, what="the menu opens")
+        self.display.output("xdotool", "key", "Up", "Up", "Up", "Return")
+
+    def windows(self):
+        return self.display.output("xdotool", "search", "--onlyvisible", "--class",
+                                   "zelvane").split()
+
+    def ask_to_disconnect(self, window, answer):
+        self.choose_connection(window)
+        (question,), _ = eventually(
+            lambda: [found for found in self.windows() if found != window and
+                     self.display.output("xdotool", "getactivewindow") == found],
+            what="the question is in front")
+        self.display.picture(self.pictures / "column-question.png")
+        self.display.output("xdotool", "key", "--window", question, answer)
+        eventually(lambda: self.windows() == [window], what="the question is gone")
+
+    def test_connects_and_disconnects(self):
+        self.machine.run("disconnect")
+        connected = lambda: self.machine.run("status", check=False).returncode == 0
+        _, window = self.start_column()
+        self.display.picture(self.pictures / "column-card.png")
+        self.press_button()
+        eventually(connected, what="connected")
+        self.press_button()  # the result has been read
+        eventually(lambda: not self.display.find(TEXT, run=20), what="the card is gone")
+        self.ask_to_disconnect(window, "Escape")
+        self.assertTrue(connected())
+        self.ask_to_disconnect(window, "Return")
+        eventually(lambda: not connected(), what="disconnected")
 
     def test_live_sessions_and_a_change_in_place(self):
         machine, display = self.machine, self.display

@@ -10,9 +10,10 @@ class Display:
         self.size = (width, height)
         self._machine = machine
         read, write = os.pipe()
+        # A server that resets when its last client leaves takes the next one, just arriving, with it.
         server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(write), "-screen", "0", f"{width}x{height}x24", "-nolisten",
-             "tcp"], pass_fds=[write], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+             "tcp", "-noreset"], pass_fds=[write], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         machine._children.append(server)
         os.close(write)
         with os.fdopen(read) as number:
@@ -36,6 +37,17 @@ class Display:
                 file.write(png)
         return subprocess.run(["convert", "png:-", "-depth", "8", "rgb:-"], input=png, check=True,
                               capture_output=True).stdout
+
+    def find(self, colour, run):
+        """Where `run` pixels of exactly the colour begin side by side; nothing when nowhere."""
+        pixels, wanted = self.picture(), bytes(colour) * run
+        at = pixels.find(wanted)
+        while at % 3 and at >= 0:
+            at = pixels.find(wanted, at + 1)
+        return None if at < 0 else (at // 3 % self.size[0], at // 3 // self.size[0])
+
+    def click(self, x, y):
+        self.output("xdotool", "mousemove", str(x), str(y), "click", "1")
 
     def count(self, colour):
         """How many pixels of the screen have exactly the colour."""

@@ -11,6 +11,7 @@
 #include <map>
 #include <mutex>
 #include <sys/file.h>
+#include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -23,6 +24,7 @@ struct Watch {
   std::mutex lock;  ///< guards what follows
   std::string folder;
   CallFault fault;
+  std::function<void(std::size_t)> before;
   std::vector<FileCall> calls;
   std::map<int, std::string> openFiles;
 };
@@ -56,8 +58,13 @@ Fate fateOf(const CallFault& fault, std::size_t number, bool writes) {
 Fate begin(const FileCall& call) {
   if (!watching) return Fate::unwatched;
   Watch& now = watch();
-  const std::lock_guard lock(now.lock);
   if (!call.path.starts_with(now.folder)) return Fate::unwatched;
+  if (now.before) {
+    watching = false;
+    now.before(now.calls.size());
+    watching = true;
+  }
+  const std::lock_guard lock(now.lock);
   now.calls.push_back(call);
   const Fate fate = fateOf(now.fault, now.calls.size() - 1, call.name == "write");
   if (fate == Fate::fail) errno = now.fault.error;
@@ -112,9 +119,11 @@ void forget(int fd) {
 
 }  // namespace
 
-void watchCalls(const std::string& folder, const CallFault& fault) {
+void watchCalls(const std::string& folder, const CallFault& fault,
+                std::function<void(std::size_t)> before) {
   watch().folder = folder;
   watch().fault = fault;
+  watch().before = std::move(before);
   watch().calls.clear();
   watch().openFiles.clear();
   watching = true;
@@ -146,14 +155,21 @@ extern "C" {
 TAKE_OVER(int, stat, (const char* path, struct stat* info), (path, info), path, noexcept)
 TAKE_OVER(int, lstat, (const char* path, struct stat* info), (path, info), path, noexcept)
 TAKE_OVER(int, fstat, (int fd, struct stat* info), (fd, info), pathOf(fd), noexcept)
+TAKE_OVER(int, access, (const char* path, int mode), (path, mode), path, noexcept)
 TAKE_OVER(char*, realpath, (const char* path, char* to), (path, to), path, noexcept)
 TAKE_OVER(ssize_t, read, (int fd, void* to, size_t size), (fd, to, size), pathOf(fd))
 TAKE_OVER(ssize_t, pread, (int fd, void* to, size_t size, off_t at), (fd, to, size, at), pathOf(fd))
 TAKE_OVER(off_t, lseek, (int fd, off_t at, int from), (fd, at, from), pathOf(fd), noexcept)
+TAKE_OVER(ssize_t, sendfile, (int to, int from, off_t* at, size_t size), (to, from, at, size),
+          pathOf(to), noexcept)
+TAKE_OVER(DIR*, opendir, (const char* path), (path), path)
 TAKE_OVER(DIR*, fdopendir, (int fd), (fd), pathOf(fd))
 TAKE_OVER(dirent*, readdir, (DIR * folder), (folder), pathOf(dirfd(folder)))
 TAKE_OVER(int, mkdir, (const char* path, mode_t mode), (path, mode), path, noexcept)
 TAKE_OVER(int, unlink, (const char* path), (path), path, noexcept)
+TAKE_OVER(int, rmdir, (const char* path), (path), path, noexcept)
+TAKE_OVER(int, link, (const char* path, const char* to), (path, to), path, noexcept)
+TAKE_OVER(int, chmod, (const char* path, mode_t mode), (path, mode), path, noexcept)
 TAKE_OVER(int, fchmod, (int fd, mode_t mode), (fd, mode), pathOf(fd), noexcept)
 TAKE_OVER(int, flock, (int fd, int operation), (fd, operation), pathOf(fd), noexcept)
 TAKE_OVER(int, fsync, (int fd), (fd), pathOf(fd))
@@ -194,6 +210,12 @@ ssize_t write(int fd, const void* bytes, size_t size) {
 int rename(const char* from, const char* to) noexcept {
   static const auto next = NEXT(rename);
   return faulty({"rename", from, to}, [&] { return next(from, to); });
+}
+
+int renameat2(int folder, const char* from, int toFolder, const char* to,
+              unsigned int flags) noexcept {
+  static const auto next = NEXT(renameat2);
+  return faulty({"renameat2", from, to}, [&] { return next(folder, from, toFolder, to, flags); });
 }
 
 int close(int fd) {

@@ -2,6 +2,7 @@
 // are taken over for the whole program, the calls of the C++ library included. Any thread.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -33,7 +34,9 @@ struct CallFault {
 };
 
 /// From now on calls that concern something in the folder are counted, and the fault is awaited.
-void watchCalls(const std::string& folder, const CallFault& fault);
+/// `before` is told of each call to come, by its number; what it does itself is not watched.
+void watchCalls(const std::string& folder, const CallFault& fault,
+                std::function<void(std::size_t)> before = {});
 /// Ends that; returns the calls.
 std::vector<FileCall> stopWatching();
 

@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -14,73 +13,19 @@
 #include "core/installer/settings_json.h"
 
 #include "tests/faults/call_faults.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/faults/settings_machine.h"
 
 namespace zelvane::test {
 namespace {
 
 using Kind = CallFault::Kind;
 
-struct Scenario {
-  const char* name;
-  const char* settings;  ///< nothing lies there when null
-  bool linked;           ///< the settings file is a link
-  bool connected;        ///< and this connects, or else disconnects
-};
-
-const Scenario scenarios[] = {
-    {"first connect", nullptr, false, false},
-    {"connect", R"({"model":"opus","hooks":{"Stop":[{"hooks":[{"command":"mine"}]}]}})", false,
-     false},
-    {"connect through a link", R"({"n":123456789012345678901})", true, false},
-    {"connect again", R"({"a":1})", false, true},
-    {"disconnect", R"({"model":"opus","hooks":{"Stop":[]}})", false, true},
-};
-
-/// A user's machine: the program's parts, and the settings.
-class Machine {
- public:
-  explicit Machine(const Scenario& scenario) {
-    parts_ = {.binary = folder_.write("bundle/zelvane", "program"),
-              .hookScript = folder_.write("bundle/hook.zsh", "script"),
-              .version = 1};
-    std::filesystem::create_directories(user() + "/claude");
-    if (scenario.settings) {
-      folder_.write(scenario.linked ? "user/dotfiles.json" : "user/claude/settings.json",
-                    scenario.settings);
-    }
-    if (scenario.linked) {
-      std::filesystem::create_symlink(user() + "/dotfiles.json", user() + "/claude/settings.json");
-    }
-    if (scenario.connected && !installer().install(parts_).succeeded) std::abort();
-  }
-  std::string user() const { return folder_.path("user"); }
-  std::string settings() const { return folder_.read("user/claude/settings.json"); }
-  bool settingsExist() const { return std::filesystem::exists(user() + "/claude/settings.json"); }
-  Installer installer() const {
-    return Installer({.claudeDir = user() + "/claude",
-                      .dataDir = user() + "/data",
-                      .shell = "/bin/sh",
-                      // Backups that are made one after the other have different names.
-                      .clock = [] { return systemTime() + Seconds(60); }});
-  }
-  Outcome act(bool disconnect) const {
-    return disconnect ? installer().uninstall() : installer().install(parts_);
-  }
-
- private:
-  TemporaryFolder folder_;
-  Installer::Parts parts_;
-};
-
-bool disconnects(const Scenario& scenario) { return std::strcmp(scenario.name, "disconnect") == 0; }
-
 /// Does the scenario's work in a process of its own, under the fault. Whether it ended by itself.
-bool run(const Machine& machine, const Scenario& scenario, const CallFault& fault) {
+bool run(const SettingsMachine& machine, const SettingsScenario& scenario, const CallFault& fault) {
   const pid_t child = fork();
   if (child == 0) {
     watchCalls(machine.user(), fault);
-    (void)machine.act(disconnects(scenario));
+    (void)machine.act(scenario);
     _exit(0);
   }
   int status = 0;
@@ -89,8 +34,8 @@ bool run(const Machine& machine, const Scenario& scenario, const CallFault& faul
 }
 
 /// What was lost, in words; nothing when all is well.
-std::string lossesOn(const Machine& machine, const Scenario& scenario, const std::string& before,
-                     bool existed) {
+std::string lossesOn(const SettingsMachine& machine, const SettingsScenario& scenario,
+                     const std::string& before, bool existed) {
   const Json old = scenario.settings ? parseSettings(scenario.settings).value() : Json::object();
   if (machine.settingsExist()) {
     const auto now = machine.settings();
@@ -104,21 +49,22 @@ std::string lossesOn(const Machine& machine, const Scenario& scenario, const std
   } else if (existed) {
     return "the settings are gone";
   }
-  if (machine.installer().state() == Installer::State::helperMissing && !disconnects(scenario)) {
+  if (machine.isLink() != scenario.linked) return "the link was replaced";
+  if (machine.installer().state() == Installer::State::helperMissing && !scenario.disconnects) {
     return "the settings point at a helper that is not there";
   }
-  const auto again = machine.act(false);
+  const auto again = machine.connect();
   if (!again.succeeded) return "connecting anew failed: " + again.message;
   if (machine.installer().state() != Installer::State::connected) return "not connected afterwards";
-  if (!machine.act(true).succeeded) return "disconnecting failed";
+  if (!machine.disconnect().succeeded) return "disconnecting failed";
   const auto settings = parseSettings(machine.settings());
   return settings && sameExceptOurs(old, *settings) ? "" : "not given back";
 }
 
-std::size_t countCalls(const Scenario& scenario) {
-  const Machine machine(scenario);
+std::size_t countCalls(const SettingsScenario& scenario) {
+  const SettingsMachine machine(scenario);
   watchCalls(machine.user(), {});
-  (void)machine.act(disconnects(scenario));
+  (void)machine.act(scenario);
   return stopWatching().size();
 }
 
@@ -127,8 +73,9 @@ struct Tally {
   std::size_t losses = 0;
 };
 
-void tryFault(const Scenario& scenario, const CallFault& fault, const char* what, Tally& tally) {
-  const Machine machine(scenario);
+void tryFault(const SettingsScenario& scenario, const CallFault& fault, const char* what,
+              Tally& tally) {
+  const SettingsMachine machine(scenario);
   const auto before = machine.settings();
   const bool existed = machine.settingsExist();
   (void)run(machine, scenario, fault);
@@ -139,7 +86,7 @@ void tryFault(const Scenario& scenario, const CallFault& fault, const char* what
   std::printf("%s, call %zu, %s: %s\n", scenario.name, fault.call, what, lost.c_str());
 }
 
-Tally tryAll(const Scenario& scenario, bool brief) {
+Tally tryAll(const SettingsScenario& scenario, bool brief) {
   Tally tally;
   const auto calls = countCalls(scenario);
   for (std::size_t call = 0; call <= calls; ++call) {
@@ -151,7 +98,7 @@ Tally tryAll(const Scenario& scenario, bool brief) {
     }
     tryFault(scenario, {Kind::killHalfway, call}, "killed halfway", tally);
     tryFault(scenario, {Kind::shorten, call}, "cut short", tally);
-    for (const int error : {EIO, ENOSPC, EACCES}) {
+    for (const int error : {EIO, ENOSPC, EACCES, EINVAL}) {
       tryFault(scenario, {Kind::fail, call, error}, std::strerror(error), tally);
       tryFault(scenario, {Kind::failFromHere, call, error}, "fails from here", tally);
     }
@@ -171,7 +118,7 @@ int main(int count, char** arguments) {
   if (access("/dev/shm", W_OK) == 0) setenv("TMPDIR", "/dev/shm", /*replace=*/0);
   const bool brief = count == 2 && std::strcmp(arguments[1], "--brief") == 0;
   Tally all;
-  for (const auto& scenario : scenarios) {
+  for (const auto& scenario : settingsScenarios()) {
     const auto tally = tryAll(scenario, brief);
     all.cases += tally.cases;
     all.losses += tally.losses;

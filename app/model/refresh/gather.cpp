@@ -1,6 +1,7 @@
 #include "app/model/refresh/gather.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <random>
 #include <thread>
 
@@ -78,6 +79,23 @@ std::map<std::string, NotesEntry> notesOf(const RefreshSources& sources,
   return notes;
 }
 
+std::set<std::string> idsOf(const std::vector<LiveSession>& live) {
+  std::set<std::string> ids;
+  for (const auto& session : live) ids.insert(session.proc.sessionId);
+  return ids;
+}
+
+/// Those of the last rows' processes whose row is gone while they live on.
+std::set<std::int32_t> aliveWithoutRow(const RefreshSources& sources, const BurstMemory& memory,
+                                       const std::set<std::string>& ids) {
+  std::set<std::int32_t> alive;
+  for (const auto& [id, item] : memory.live) {
+    const auto pid = item.at("pid").get<std::int32_t>();
+    if (!ids.contains(id) && sources.alive(pid)) alive.insert(pid);
+  }
+  return alive;
+}
+
 /// What the passes remember of transcripts lives as long as the function.
 decltype(RefreshSources::modelInfo) transcriptSource() {
   const auto reader = std::make_shared<TranscriptReader>(Paths::home() + "/.claude/projects",
@@ -105,6 +123,11 @@ RefreshSources systemSources() {
                        [&](Json& record) { keepUp(record, wordOf(proc)); });
   };
   sources.modelInfo = transcriptSource();
+  sources.folderExists = [](const std::string& folder) {
+    std::error_code failed;
+    return std::filesystem::is_directory(folder, failed);
+  };
+  sources.alive = Proc::alive;
   sources.friendCount = [] { return Family::all().size(); };
   sources.randomNumber = [] {
     std::random_device device;
@@ -129,6 +152,9 @@ RefreshInputs gather(const RefreshSources& sources, const RefreshMemory& memory,
     live.model = sources.modelInfo(live.proc.sessionId,
                                    live.hook ? live.hook->transcriptPath : std::nullopt, now);
   }
+  inputs.pendingRestore =
+      pendingItems(sources.rebootSnapshot(), idsOf(inputs.live), sources.folderExists);
+  inputs.withoutRow = aliveWithoutRow(sources, memory.burst, idsOf(inputs.live));
   inputs.friendCount = sources.friendCount();
   inputs.chance = sources.randomNumber();
   return inputs;

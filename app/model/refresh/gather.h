@@ -27,6 +27,10 @@ struct RefreshSources {
   std::function<ModelInfo(const std::string& id, const std::optional<std::string>& transcript,
                           Time now)>
       modelInfo = [](const auto&, const auto&, Time) { return ModelInfo(); };
+  /// The snapshot of what was open before a reboot.
+  std::function<std::optional<Json>()> rebootSnapshot = [] { return std::nullopt; };
+  std::function<bool(const std::string&)> folderExists = [](const auto&) { return false; };
+  std::function<bool(std::int32_t pid)> alive = [](std::int32_t) { return false; };
   std::function<std::size_t()> friendCount = [] { return std::size_t{1}; };
   std::function<std::uint64_t()> randomNumber = [] { return std::uint64_t{0}; };
 };

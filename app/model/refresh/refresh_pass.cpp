@@ -201,6 +201,11 @@ RefreshResult refreshPass(const RefreshInputs& inputs, RefreshMemory memory, Tim
   RowBuilder builder(inputs, now, result);
   for (const auto& live : inputs.live) result.rows.push_back(builder.row(live));
   orderRows(result.rows, inputs.choices.pins);
+  if (!inputs.choices.readOnly) {
+    result.snapshot = autosnapshot(result.rows, result.memory.snapshot, now);
+  }
+  const auto alive = [&](std::int32_t pid) { return inputs.withoutRow.contains(pid); };
+  result.burst = detectBurst(result.rows, result.memory.burst, alive, now);
   return result;
 }
 

@@ -15,6 +15,8 @@
 #include "app/model/records/claude_proc.h"
 #include "app/model/records/hook_record.h"
 #include "app/model/records/session.h"
+#include "app/model/snapshots/burst.h"
+#include "app/model/snapshots/snapshot.h"
 #include "app/model/transcripts/model_info.h"
 #include "app/notes/notes_entry.h"
 
@@ -48,9 +50,11 @@ struct RefreshInputs {
   std::optional<std::string> frontTTY;      ///< when it was needed and is known
   std::map<std::string, NotesEntry> notes;  ///< of live sessions and those they replaced
   UserChoices choices;
-  std::string home;             ///< the user's home folder
-  std::size_t friendCount = 1;  ///< how many characters there are
-  std::uint64_t chance = 0;     ///< a random number; what is left to chance follows from it
+  std::vector<Json> pendingRestore;   ///< conversations from before a reboot, to be reopened
+  std::set<std::int32_t> withoutRow;  ///< processes that live though their row is gone
+  std::string home;                   ///< the user's home folder
+  std::size_t friendCount = 1;        ///< how many characters there are
+  std::uint64_t chance = 0;           ///< a random number; what is left to chance follows from it
 };
 
 /// What the passes remember from one to the next.
@@ -69,6 +73,8 @@ struct RefreshMemory {
   std::map<std::int32_t, std::string> sidByPid;  ///< the session last seen in each process
   std::map<std::string, Carry> pendingCarry;     ///< by new session id
   FriendMemory friends;
+  SnapshotMemory snapshot;
+  BurstMemory burst;
 };
 
 /// The notes of one session to be copied to another.
@@ -79,11 +85,13 @@ struct NotesCarry {
 };
 
 struct RefreshResult {
-  std::vector<ZelvaneSession> rows;       ///< in display order
-  std::vector<NotesCarry> carries;        ///< first of all, in this order
-  std::vector<std::string> acknowledged;  ///< sessions the user saw finish, to be acknowledged now
-  RefreshMemory memory;                   ///< for the next pass
-  bool saveFriends = false;               ///< the characters in `memory` are to be saved
+  std::vector<ZelvaneSession> rows;        ///< in display order
+  std::vector<NotesCarry> carries;         ///< first of all, in this order
+  std::vector<std::string> acknowledged;   ///< sessions the user saw finish, to be acknowledged now
+  RefreshMemory memory;                    ///< for the next pass
+  std::optional<Json> snapshot;            ///< of the open conversations, to be written now
+  std::optional<std::vector<Json>> burst;  ///< conversations that were closed all at once
+  bool saveFriends = false;                ///< the characters in `memory` are to be saved
 };
 
 /// Whether the pass is due to ask the terminals for their tabs' titles. `ttys` are the live ones.

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "core/bundle.h"
 #include "core/paths.h"
+#include "core/process.h"
 
 #include "app/model/refresh/offers.h"
 #include "app/model/store/saved_settings.h"
@@ -12,24 +14,30 @@ namespace zelvane {
 
 ZelvaneStore::Options ZelvaneStore::systemOptions(std::shared_ptr<UserDefaults> defaults,
                                                   Executor mainThread) {
+  const auto program = Bundle::auxiliaryExecutable("zelvane");
   return {.sources = systemSources(),
           .defaults = std::move(defaults),
           .mainThread = std::move(mainThread),
           .clock = systemTime,
           .notesDir = ZelvanePaths::notes(),
+          .dataDir = Paths::zelvane(),
           .hookSessions = Paths::hookSessions(),
-          .watchedFolders = {Paths::claudeSessions(), Paths::hookSessions()}};
+          .watchedFolders = {Paths::claudeSessions(), Paths::hookSessions()},
+          .restoreCommand = program ? restoreCommand(*program) : nullptr,
+          .bootTime = Procs::bootTime};
 }
 
 std::shared_ptr<ZelvaneStore> ZelvaneStore::create(Options options) {
   const std::shared_ptr<ZelvaneStore> store(new ZelvaneStore(std::move(options)));
   store->followNotesProblem();
+  store->makeOffers();
   return store;
 }
 
 ZelvaneStore::ZelvaneStore(Options options)
     : options_(std::move(options)),
       readOnly_(options_.readOnly),
+      snapshots_(std::make_shared<SnapshotFiles>(options_.dataDir)),
       notes_(std::make_unique<NotesStore>(NotesStore::Options{
           .dir = options_.notesDir, .readOnly = readOnly_, .clock = options_.clock})),
       q_("zelvane.refresh") {
@@ -40,6 +48,7 @@ ZelvaneStore::ZelvaneStore(Options options)
   options_.sources.notes = [notes = notes_.get()](const std::string& id) {
     return notes->entry(id);
   };
+  options_.sources.rebootSnapshot = [files = snapshots_] { return files->rebootSnapshot(); };
   memory_.friends.friendOf = std::move(saved.friendOf);
   memory_.friends.friendSeen = std::move(saved.friendSeen);
   shared_ = {.acked = std::move(saved.acked),
@@ -62,6 +71,7 @@ void ZelvaneStore::start() {
   }
   watcher_ = std::make_unique<platform::FolderWatcher>(options_.watchedFolders,
                                                        [this] { scheduleRefresh(); });
+  q_.post([this] { checkReboot(); });
   q_.postEvery(options_.tick, [this] { tick(); });
   refreshNow();
 }
@@ -88,6 +98,28 @@ void ZelvaneStore::requestPass() {
     pendingRefresh_ = false;
     runPass();
   });
+}
+
+void ZelvaneStore::makeOffers() {
+  const auto changed = [weak = weak_from_this()](RestoreOffers::Change change) {
+    const auto self = weak.lock();
+    if (!self) return;
+    switch (change) {
+      case RestoreOffers::Change::pendingRestore:
+        return self->notify(Change::pendingRestore);
+      case RestoreOffers::Change::recentClosed:
+        return self->notify(Change::recentClosed);
+      case RestoreOffers::Change::restoring:
+        return self->notify(Change::restoring);
+      case RestoreOffers::Change::restoreMessage:
+        return self->notify(Change::restoreMessage);
+    }
+  };
+  const auto refresh = [weak = weak_from_this()] {
+    if (const auto self = weak.lock()) self->refreshNow();
+  };
+  offers_ = std::make_shared<RestoreOffers>(RestoreOffers::Options{
+      options_.restoreCommand, snapshots_, options_.mainThread, options_.clock, changed, refresh});
 }
 
 /// Shows the notes' problem, now and whenever it changes, on whatever thread that happens.
@@ -117,8 +149,11 @@ void ZelvaneStore::runPass() {
   for (const auto& [from, to] : result.carries) notes_->carry(from, to);
   for (const auto& id : result.acknowledged) acknowledge(id);
   if (result.saveFriends) saveFriends();
-  options_.mainThread([weak = weak_from_this(), rows = std::move(result.rows)]() mutable {
-    if (const auto self = weak.lock()) self->publish(std::move(rows));
+  if (result.snapshot) snapshots_->writeSnapshot(*result.snapshot);
+  options_.mainThread([weak = weak_from_this(), rows = std::move(result.rows),
+                       pending = inputs.pendingRestore, burst = std::move(result.burst)]() mutable {
+    const auto self = weak.lock();
+    if (self) self->publish(std::move(rows), std::move(pending), burst);
   });
 }
 
@@ -144,17 +179,13 @@ UserChoices ZelvaneStore::choices() {
   return shared_;
 }
 
-void ZelvaneStore::publish(std::vector<ZelvaneSession> rows) {
+void ZelvaneStore::publish(std::vector<ZelvaneSession> rows, std::vector<Json> pending,
+                           const std::optional<std::vector<Json>>& burst) {
   if (rows != sessions_) {
     sessions_ = std::move(rows);
     notify(Change::sessions);
   }
-  auto closed =
-      recentClosedAfter(recentClosed_, std::nullopt, dismissedUntil_, sessions_, options_.clock());
-  if (closed != recentClosed_) {
-    recentClosed_ = std::move(closed);
-    notify(Change::recentClosed);
-  }
+  offers_->follow(std::move(pending), burst, sessions_);
   setEditing(editingAfter(editing_, sessions_));
   notify(Change::passed);
 }
@@ -223,6 +254,41 @@ void ZelvaneStore::setPinned(std::vector<std::string> pinned) {
 }
 
 void ZelvaneStore::ack(const std::string& id) { acknowledge(id); }
+
+void ZelvaneStore::open(const ZelvaneSession& session) {
+  if (session.state == ZelvaneState::done) {
+    ack(session.id);
+    refreshNow();
+  }
+  jump(session);
+}
+
+void ZelvaneStore::prepareEffort(const ZelvaneSession& session, const std::string& level,
+                                 const std::function<void(const std::string&)>& copyText) {
+  copyText("/effort " + level);
+  jump(session);
+}
+
+/// A click never waits behind a pass.
+void ZelvaneStore::jump(const ZelvaneSession& session) {
+  if (!session.tty || !options_.jump) return;
+  if (!jumpQ_) jumpQ_ = std::make_unique<SerialQueue>("zelvane.jump");
+  jumpQ_->post([jump = options_.jump, tty = *session.tty, pid = session.pid] { jump(tty, pid); });
+}
+
+/// On the refresh queue, before the first pass.
+void ZelvaneStore::checkReboot() {
+  auto found = zelvane::checkReboot(snapshots_->snapshot(), snapshots_->rebootSnapshot(),
+                                    options_.bootTime(), options_.clock());
+  memory_.snapshot.items = std::move(found.tracked);
+  if (found.rebootSnapshot && !choices().readOnly) {
+    snapshots_->writeRebootSnapshot(*found.rebootSnapshot);
+  }
+}
+
+void ZelvaneStore::markQuit() {
+  if (!readOnly_) snapshots_->markQuit(options_.clock());
+}
 
 /// Any thread: marks at once, saves on the main thread.
 void ZelvaneStore::acknowledge(const std::string& id) {

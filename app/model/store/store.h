@@ -19,6 +19,7 @@
 
 #include "app/model/records/theme_id.h"
 #include "app/model/refresh/gather.h"
+#include "app/model/store/restore_offers.h"
 #include "app/notes/notes_store.h"
 
 namespace zelvane {
@@ -48,9 +49,14 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
     Executor mainThread;
     Clock clock;
     std::string notesDir;                     ///< folder of the notes
+    std::string dataDir;                      ///< folder of the snapshots
     std::string hookSessions;                 ///< hook records; made by `start` unless read-only
     std::vector<std::string> watchedFolders;  ///< a change in one of them asks for a pass
-    bool readOnly = false;                    ///< nothing of the user's is written but pins
+    RestoreCommand restoreCommand;            ///< empty when there is none
+    /// Brings a session's tab to the front; on the jump queue.
+    std::function<void(const std::string& tty, std::int32_t pid)> jump;
+    std::function<Time()> bootTime = [] { return distantPast; };  ///< of the machine
+    bool readOnly = false;  ///< nothing of the user's is written but pins
     Seconds tick = Seconds(10.0);
     Seconds coalescing = Seconds(1.0);
   };
@@ -77,10 +83,8 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
   /// Titles and memos. Whoever changes them asks for a pass.
   NotesStore& notes() { return *notes_; }
   const std::vector<ZelvaneSession>& sessions() const { return sessions_; }
-  const std::vector<Json>& pendingRestore() const { return pendingRestore_; }
-  bool restoring() const { return restoring_; }
-  const std::string& restoreMessage() const { return restoreMessage_; }
-  const std::vector<Json>& recentClosed() const { return recentClosed_; }
+  /// What can be reopened.
+  RestoreOffers& offers() const { return *offers_; }
   const std::optional<std::string>& editing() const { return editing_; }
   const std::optional<std::string>& notesProblem() const { return notesProblem_; }
   bool visible() const { return visible_; }
@@ -103,6 +107,17 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
   /// Notes that the user looked at the session now: what finished before is not news any more.
   void ack(const std::string& id);
 
+  /// Goes to the session's tab; a finished turn counts as looked at.
+  void open(const ZelvaneSession& session);
+  /// Goes to the session's tab, with the command that changes the effort ready to be pasted.
+  void prepareEffort(const ZelvaneSession& session, const std::string& level,
+                     const std::function<void(const std::string&)>& copyText);
+
+  /// While the machine is going down: what is closed now was open to the end. Any thread.
+  void setFrozen(bool frozen) { snapshots_->setFrozen(frozen); }
+  /// The application is quit on purpose.
+  void markQuit();
+
   /// From here on nothing is written but pins.
   void setReadOnly();
   /// Shows these rows instead of live ones; the store becomes read-only and must not be started.
@@ -115,8 +130,12 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
   void keepRecordsUp(const RefreshInputs& inputs);
   void saveFriends();
   void requestPass();
-  void publish(std::vector<ZelvaneSession> rows);
+  void checkReboot();
+  void jump(const ZelvaneSession& session);
+  void publish(std::vector<ZelvaneSession> rows, std::vector<Json> pending,
+               const std::optional<std::vector<Json>>& burst);
   void followNotesProblem();
+  void makeOffers();
   void acknowledge(const std::string& id);
   void setPinned(std::vector<std::string> pinned);
   void notify(Change change);
@@ -128,11 +147,8 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
   bool readOnly_;
   std::vector<Observer> observers_;
   std::vector<ZelvaneSession> sessions_;
-  std::vector<Json> pendingRestore_;
-  bool restoring_ = false;
-  std::string restoreMessage_;
-  std::vector<Json> recentClosed_;
-  double dismissedUntil_ = 0;
+  std::shared_ptr<RestoreOffers> offers_;
+  std::unique_ptr<SerialQueue> jumpQ_;  ///< from the first jump on
   std::optional<std::string> editing_;
   std::optional<std::string> notesProblem_;
   bool visible_ = true;
@@ -144,7 +160,8 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
   RefreshMemory memory_;
   bool pendingRefresh_ = false;
 
-  std::atomic<bool> showsSamples_ = false;  ///< then no pass runs
+  std::shared_ptr<SnapshotFiles> snapshots_;  ///< any thread
+  std::atomic<bool> showsSamples_ = false;    ///< then no pass runs
 
   // Both, under the lock.
   std::mutex lock_;

@@ -20,13 +20,17 @@ constexpr int problemPixels = 11, problemPadding = 14;
 
 }  // namespace
 
-ColumnView::ColumnView(std::shared_ptr<ZelvaneStore> store, const PanelSize& panelSize,
+ColumnView::ColumnView(std::shared_ptr<ZelvaneStore> store,
+                       std::shared_ptr<ConnectionController> connection, const PanelSize& panelSize,
                        Options options, Callbacks callbacks)
     : store_(std::move(store)),
+      connection_(std::move(connection)),
       panelSize_(panelSize),
       options_(std::move(options)),
       callbacks_(std::move(callbacks)),
       header_(this, callbacks_.menuWanted),
+      connectionCard_(this, [this](CardAction action) { chosen(action); }),
+      restoreCard_(this, [this](CardAction action) { chosen(action); }),
       scroll_(this),
       rows_(new RowsBlock(nullptr, {.tapped = [this](const auto& session) { tapped(session); },
                                     .menuWanted = [this](const auto& session,
@@ -42,6 +46,9 @@ ColumnView::ColumnView(std::shared_ptr<ZelvaneStore> store, const PanelSize& pan
   rows_->setAutoFillBackground(false);
   store_->observe([view = QPointer<ColumnView>(this)](ZelvaneStore::Change change) {
     if (view) view->storeChanged(change);
+  });
+  connection_->observe([view = QPointer<ColumnView>(this)] {
+    if (view) view->refresh();
   });
   refresh();
 }
@@ -63,6 +70,10 @@ void ColumnView::storeChanged(ZelvaneStore::Change change) {
   switch (change) {
     case Change::sessions:
     case Change::notesProblem:
+    case Change::pendingRestore:
+    case Change::recentClosed:
+    case Change::restoring:
+    case Change::restoreMessage:
     case Change::theme:
     case Change::anchorTop:
     case Change::passed:  // elapsed times move on
@@ -81,6 +92,7 @@ void ColumnView::refresh() {
   const auto colors = theme();
   const auto& sessions = store_->sessions();
   header_.setTexts(headerTexts(sessions), colors);
+  showCards();
   rows_->setPlan(
       columnPlan(sessions, expanded_,
                  {.theme = colors, .now = options_.clock(), .liveClock = options_.liveClock}),
@@ -93,11 +105,16 @@ void ColumnView::refresh() {
 
 /// The content keeps to the edge that the column is anchored to while the panel changes its height.
 void ColumnView::place() {
-  const int chrome = header_.wantedHeight() + problemHeight();
+  const int chrome = chromeHeight();
   const int cap = heightLimit(panelSize_.chosen(), options_.maxHeight);
   const int rowsHeight = std::max(1, std::min(cap - chrome, rows_->wantedHeight()));
   int y = store_->anchorTop() ? 0 : height() - chrome - rowsHeight;
   header_.setGeometry(0, y, width(), header_.wantedHeight());
+  int cardY = y + header_.wantedHeight() + problemHeight();
+  for (auto* card : {&connectionCard_, &restoreCard_}) {
+    card->setGeometry(0, cardY, width(), card->wantedHeight());
+    cardY += card->wantedHeight();
+  }
   y += chrome;
   scroll_.setGeometry(0, y, width(), rowsHeight);
   rows_->resize(width(), rows_->wantedHeight());
@@ -106,7 +123,7 @@ void ColumnView::place() {
 }
 
 void ColumnView::reportHeight() {
-  const int wanted = header_.wantedHeight() + problemHeight() + rows_->wantedHeight();
+  const int wanted = chromeHeight() + rows_->wantedHeight();
   if (std::exchange(contentHeight_, wanted) != wanted) callbacks_.onHeight(wanted);
 }
 
@@ -127,6 +144,47 @@ QStringList ColumnView::problemLines() const {
 int ColumnView::problemHeight() const {
   const auto lines = static_cast<int>(problemLines().size());
   return lines == 0 ? 0 : problemPadding + lines * lineHeight(problemPixels);
+}
+
+/// Everything above the rows.
+int ColumnView::chromeHeight() const {
+  return header_.wantedHeight() + problemHeight() + connectionCard_.wantedHeight() +
+         restoreCard_.wantedHeight();
+}
+
+void ColumnView::showCards() {
+  connectionCard_.setContent(connectionCard({.state = connection_->state(),
+                                             .message = connection_->message(),
+                                             .busy = connection_->busy(),
+                                             .dismissed = connection_->cardDismissed()}),
+                             theme(), width());
+  const auto& offers = store_->offers();
+  restoreCard_.setContent(restoreCard({.pending = offers.pendingRestore().size(),
+                                       .recent = offers.recentClosed().size(),
+                                       .restoring = offers.restoring(),
+                                       .message = offers.restoreMessage()}),
+                          theme(), width());
+}
+
+void ColumnView::chosen(CardAction action) {
+  switch (action) {
+    case CardAction::connect:
+      return connection_->connect(/*loginItem=*/false);
+    case CardAction::connectLater:
+      return connection_->setCardDismissed(true);
+    case CardAction::lookAgain:
+      return connection_->refresh();
+    case CardAction::closeMessage:
+      return connection_->clearMessage();
+    case CardAction::restoreAll:
+      return store_->offers().restoreReboot();
+    case CardAction::dismissRestore:
+      return store_->offers().dismissRestore();
+    case CardAction::reopenRecent:
+      return store_->offers().restoreRecent();
+    case CardAction::dismissRecent:
+      return store_->offers().dismissRecent();
+  }
 }
 
 void ColumnView::paintEvent(QPaintEvent*) {

@@ -9,7 +9,9 @@
 #include <optional>
 #include <string>
 
+#include "app/connect/connection_controller.h"
 #include "app/model/store/store.h"
+#include "app/ui/card/card.h"
 #include "app/ui/column/header.h"
 #include "app/ui/column/rows_block.h"
 #include "app/ui/column/second_ticker.h"
@@ -30,8 +32,8 @@ class ColumnView : public QWidget {
     std::function<void(QPoint)> menuWanted;  ///< at a point on the screen
   };
 
-  ColumnView(std::shared_ptr<ZelvaneStore> store, const PanelSize& panelSize, Options options,
-             Callbacks callbacks);
+  ColumnView(std::shared_ptr<ZelvaneStore> store, std::shared_ptr<ConnectionController> connection,
+             const PanelSize& panelSize, Options options, Callbacks callbacks);
 
   void setDark(bool dark);
   void setMaxHeight(int maxHeight);
@@ -52,9 +54,13 @@ class ColumnView : public QWidget {
   void place();
   void reportHeight();
   int problemHeight() const;
+  int chromeHeight() const;
+  void showCards();
+  void chosen(CardAction action);
   QStringList problemLines() const;
 
   std::shared_ptr<ZelvaneStore> store_;
+  std::shared_ptr<ConnectionController> connection_;
   const PanelSize& panelSize_;
   Options options_;
   Callbacks callbacks_;
@@ -62,6 +68,8 @@ class ColumnView : public QWidget {
   int contentHeight_ = 0;
 
   Header header_;
+  Card connectionCard_;
+  Card restoreCard_;
   QScrollArea scroll_;
   RowsBlock* rows_;  ///< owned by the scroll area
   SecondTicker ticker_;

@@ -2,6 +2,7 @@
 
 #include <QtGui/QWindow>
 #include <QtTest/QTest>
+#include <atomic>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <set>
@@ -27,10 +28,31 @@ std::shared_ptr<ZelvaneStore> storeWith(std::vector<ZelvaneSession> rows) {
   return store;
 }
 
+/// A connection of values; what it does in the background is done at once.
+struct Connection {
+  std::atomic<Installer::State> state = Installer::State::connected;
+  std::shared_ptr<ConnectionController> controller = ConnectionController::create(
+      {.install =
+           [this] {
+             state = Installer::State::connected;
+             return Outcome::ok("연결했어요.");
+           },
+       .uninstall = [] { return Outcome::ok(""); },
+       .state = [this] { return state.load(); },
+       .confirmDisconnect = [] { return true; },
+       .turnOnLoginItem = [] {},
+       .defaults = std::make_shared<MemoryDefaults>(),
+       .mainThread =
+           [](std::function<void()> task) {
+             QMetaObject::invokeMethod(qApp, std::move(task), Qt::QueuedConnection);
+           }});
+};
+
 /// The column in its panel, off screen.
 struct Column {
   explicit Column(std::vector<ZelvaneSession> rows) : store(storeWith(std::move(rows))) {
-    view = new ColumnView(store, size, {.clock = [this] { return time; }, .maxHeight = 700},
+    view = new ColumnView(store, connection.controller, size,
+                          {.clock = [this] { return time; }, .maxHeight = 700},
                           {.onHeight = [this](int height) { panel.setContentHeight(height); },
                            .menuWanted = [this](QPoint) { ++menus; }});
     panel.setContent(view);
@@ -60,13 +82,46 @@ struct Column {
                       widget->mapTo(&panel, widget->rect().center()));
   }
 
+  std::vector<PillButton*> buttons() const {
+    std::vector<PillButton*> found;
+    for (auto* child : panel.findChildren<QWidget*>()) {
+      auto* button = dynamic_cast<PillButton*>(child);
+      if (button && button->isVisible()) found.push_back(button);
+    }
+    return found;
+  }
+
   std::shared_ptr<ZelvaneStore> store;
+  Connection connection;
   PanelSize size{std::make_shared<MemoryDefaults>(), PanelSize::Mode::readOnly};
   Time time = now;
   int menus = 0;
   ColumnPanel panel{size, [](bool) {}};
   ColumnView* view = nullptr;
 };
+
+TEST(ColumnView, TheCardConnectsOrGoesAway) {
+  Column column(demoRows(1, 1, now));
+  EXPECT_TRUE(column.buttons().empty());
+  const int without = column.view->contentHeight();
+
+  column.connection.state = Installer::State::notConnected;
+  column.connection.controller->refresh();
+  ASSERT_EQ(column.buttons().size(), 2U);
+  EXPECT_GT(column.view->contentHeight(), without);
+  QTest::mouseClick(column.buttons()[1], Qt::LeftButton);
+  EXPECT_TRUE(column.buttons().empty()) << "later";
+  EXPECT_EQ(column.view->contentHeight(), without);
+
+  column.connection.controller->setCardDismissed(false);
+  ASSERT_EQ(column.buttons().size(), 2U);
+  QTest::mouseClick(column.buttons()[0], Qt::LeftButton);
+  EXPECT_EQ(column.buttons()[0]->text(), QStringLiteral("연결하는 중…"));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !column.connection.controller->busy(); }));
+  ASSERT_EQ(column.buttons().size(), 1U) << "the result, to be read and closed";
+  QTest::mouseClick(column.buttons()[0], Qt::LeftButton);
+  EXPECT_TRUE(column.buttons().empty());
+}
 
 TEST(ColumnView, ATapOpensOneRowAtATimeAndClosesItAgain) {
   Column column(demoRows(3, 1, now));
@@ -164,9 +219,11 @@ TEST_P(Picture, ShowsTheColumnInItsTheme) {
   const auto store = storeWith(showcaseRows(1, now));
   store->setTheme(GetParam());
   const PanelSize size(std::make_shared<MemoryDefaults>(), PanelSize::Mode::readOnly);
+  const Connection connection;
   for (const bool dark : {false, true}) {
-    const QImage picture = columnPicture(
-        store, size, {.clock = [] { return now; }, .maxHeight = 900, .dark = dark}, 300);
+    const QImage picture =
+        columnPicture(store, connection.controller, size,
+                      {.clock = [] { return now; }, .maxHeight = 900, .dark = dark}, 300);
     EXPECT_EQ(picture.width(), 2 * (300 + 16));
     EXPECT_EQ(picture.pixelColor(0, 0).alpha(), 0);
     EXPECT_EQ(picture.pixelColor(17, 17).alpha(), 0);  // outside of the round corner
@@ -184,8 +241,9 @@ INSTANTIATE_TEST_SUITE_P(Themes, Picture, testing::ValuesIn(allThemes));
 
 TEST(Picture, OfAnEmptyColumnIsAsHighAsItsText) {
   const PanelSize size(std::make_shared<MemoryDefaults>(), PanelSize::Mode::readOnly);
-  ColumnView view(storeWith({}), size, {.clock = [] { return now; }, .maxHeight = 900},
-                  {[](int) {}, [](QPoint) {}});
+  const Connection connection;
+  ColumnView view(storeWith({}), connection.controller, size,
+                  {.clock = [] { return now; }, .maxHeight = 900}, {[](int) {}, [](QPoint) {}});
   view.resize(300, 100);
   view.refresh();
   EXPECT_GT(view.contentHeight(), 60);

@@ -39,6 +39,9 @@ std::vector<MenuItem> panelMenu(const MenuState& state) {
                    .command = MenuCommand::resetSize,
                    .enabled = state.customSize});
   items.push_back(separator);
+  items.push_back(
+      {.title = state.connected ? L("Claude Code 연결 해제…") : L("Claude Code와 연결하기"),
+       .command = MenuCommand::toggleConnection});
   items.push_back({.title = L("새로고침"), .command = MenuCommand::refresh});
   items.push_back(separator);
   items.push_back({.title = L("Zelvane 끝내기"), .command = MenuCommand::quit});

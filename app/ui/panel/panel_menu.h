@@ -18,6 +18,7 @@ enum class MenuCommand {
   anchorTop,
   anchorBottom,
   resetSize,
+  toggleConnection,
   refresh,
   quit,
 };
@@ -38,6 +39,7 @@ struct MenuState {
   ThemeID theme = ThemeID::c;
   Anchor anchor = Anchor::top;
   bool customSize = false;
+  bool connected = false;  ///< with Claude Code
 };
 
 /// The lines, from top to bottom; made afresh each time the menu is shown.

@@ -1,0 +1,108 @@
+#include "app/model/snapshots/snapshot.h"
+
+#include <algorithm>
+
+namespace zelvane {
+namespace {
+
+constexpr Seconds kept(86'400);
+constexpr Seconds freshEnough(10);
+constexpr double quitLongBefore = 900;
+constexpr double aliveAtTheEnd = 120;
+
+std::string signatureOf(const std::vector<ZelvaneSession>& rows) {
+  std::string text;
+  for (const auto& row : rows) text += (text.empty() ? "" : "|") + row.id + row.title;
+  return text;
+}
+
+Json itemOf(const ZelvaneSession& row, Time now) {
+  return {{"sid", row.id},
+          {"cwd", row.cwd},
+          {"title", row.title},
+          {"busy", row.state == ZelvaneState::working},
+          {"last_seen", secondsSince1970(now)}};
+}
+
+double lastSeen(const Json& item, double otherwise) {
+  return get::num(item, "last_seen").value_or(otherwise);
+}
+
+Json newestFirst(const std::map<std::string, Json>& items) {
+  std::vector<Json> sorted;
+  for (const auto& [id, item] : items) sorted.push_back(item);
+  std::stable_sort(sorted.begin(), sorted.end(), [](const Json& one, const Json& other) {
+    return lastSeen(one, 0) > lastSeen(other, 0);
+  });
+  return sorted;
+}
+
+std::map<std::string, Json> bySession(const Json& items) {
+  std::map<std::string, Json> found;
+  for (const auto& item : items) {
+    if (const auto id = get::str(item, "sid")) found[*id] = item;
+  }
+  return found;
+}
+
+/// The items whose sessions lived until shortly before the end.
+Json aliveLast(const Json& items, double now) {
+  double newest = lastSeen(items.front(), now);
+  for (const auto& item : items) newest = std::max(newest, lastSeen(item, now));
+  Json alive = Json::array();
+  for (const auto& item : items) {
+    if (lastSeen(item, now) >= newest - aliveAtTheEnd) alive.push_back(item);
+  }
+  return alive;
+}
+
+}  // namespace
+
+std::optional<Json> autosnapshot(const std::vector<ZelvaneSession>& rows, SnapshotMemory& memory,
+                                 Time now) {
+  for (const auto& row : rows) memory.items[row.id] = itemOf(row, now);
+  std::erase_if(memory.items,
+                [&](const auto& entry) { return now - timeAt(lastSeen(entry.second, 0)) >= kept; });
+  auto signature = signatureOf(rows);
+  if (signature == memory.signature && now - memory.writtenAt < freshEnough) return std::nullopt;
+  memory.signature = std::move(signature);
+  memory.writtenAt = now;
+  return Json{{"v", 2}, {"saved_at", secondsSince1970(now)}, {"items", newestFirst(memory.items)}};
+}
+
+std::optional<Json> quitMarked(std::optional<Json> snapshot, Time now) {
+  if (snapshot) (*snapshot)["app_quit"] = secondsSince1970(now);
+  return snapshot;
+}
+
+RebootFindings checkReboot(const std::optional<Json>& snapshot,
+                           const std::optional<Json>& rebootSnapshot, Time bootTime, Time now) {
+  if (!snapshot) return {};
+  const auto savedAt = get::num(*snapshot, "saved_at");
+  const Json* items = get::list(*snapshot, "items");
+  if (!savedAt || !items) return {};
+  const double booted = secondsSince1970(bootTime);
+  if (*savedAt >= booted) return {.tracked = bySession(*items)};
+  const auto quit = get::num(*snapshot, "app_quit");
+  if ((quit && booted - *quit > quitLongBefore) || items->empty()) return {};
+  const auto handled = rebootSnapshot ? get::num(*rebootSnapshot, "saved_at") : std::nullopt;
+  if (handled && *handled >= *savedAt) return {};
+  const double seconds = secondsSince1970(now);
+  return {.rebootSnapshot = Json{{"saved_at", seconds}, {"items", aliveLast(*items, seconds)}}};
+}
+
+std::vector<Json> pendingItems(const std::optional<Json>& rebootSnapshot,
+                               const std::set<std::string>& live,
+                               const std::function<bool(const std::string&)>& folderExists) {
+  const Json* items = rebootSnapshot ? get::list(*rebootSnapshot, "items") : nullptr;
+  if (!items) return {};
+  std::vector<Json> pending;
+  for (const auto& item : *items) {
+    const auto id = get::str(item, "sid");
+    const auto folder = get::str(item, "cwd");
+    if (id && folder && !live.contains(*id) && folderExists(*folder)) pending.push_back(item);
+  }
+  return pending;
+}
+
+}  // namespace zelvane

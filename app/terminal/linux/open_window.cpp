@@ -1,0 +1,61 @@
+#include "app/terminal/linux/open_window.h"
+
+#include <array>
+#include <optional>
+#include <vector>
+
+#include "app/terminal/programs.h"
+
+namespace zelvane {
+namespace {
+
+/// How a terminal program is told what to run: all of them start in the folder they are started in.
+struct Manner {
+  const char* program;
+  std::vector<std::string> words;  ///< before the command
+};
+
+const std::array<Manner, 12>& manners() {
+  static const std::array<Manner, 12> list = {{{"kitty", {}},
+                                               {"alacritty", {"-e"}},
+                                               {"foot", {}},
+                                               {"xfce4-terminal", {"--tab", "-x"}},
+                                               {"terminator", {"--new-tab", "-x"}},
+                                               {"gnome-terminal", {"--"}},
+                                               {"konsole", {"-e"}},
+                                               {"ptyxis", {"--tab", "--"}},
+                                               {"wezterm", {"start", "--"}},
+                                               {"urxvt", {"-e"}},
+                                               {"st", {"-e"}},
+                                               {"xterm", {"-e"}}}};
+  return list;
+}
+
+/// The words after the program's name. xterm and its like hand a single word to a shell.
+std::vector<std::string> wordsFor(const Manner& manner, const OpenRequest& request) {
+  auto words = manner.words;
+  if (request.argv.size() == 1) words.emplace_back("env");
+  words.insert(words.end(), request.argv.begin(), request.argv.end());
+  return words;
+}
+
+}  // namespace
+
+bool openWindowOf(const std::string& program, const OpenRequest& request) {
+  for (const auto& manner : manners()) {
+    if (manner.program != program) continue;
+    return startApart(program, wordsFor(manner, request), request.folder);
+  }
+  return false;
+}
+
+bool openAnyWindow(const OpenRequest& request) {
+  const Manner standard{"x-terminal-emulator", {"-e"}};
+  if (startApart(standard.program, wordsFor(standard, request), request.folder)) return true;
+  for (const auto& manner : manners()) {
+    if (openWindowOf(manner.program, request)) return true;
+  }
+  return false;
+}
+
+}  // namespace zelvane

@@ -1,0 +1,194 @@
+#include "app/terminal/linux/x11_connection.h"
+
+#include <algorithm>
+#include <csignal>
+#include <poll.h>
+
+#include "app/terminal/linux/loaded_library.h"
+
+namespace zelvane {
+namespace {
+
+using SteadyClock = std::chrono::steady_clock;
+constexpr auto longestWait = std::chrono::milliseconds(500);
+
+struct Xcb {
+  decltype(xcb_connect)* connect;
+  decltype(xcb_disconnect)* disconnect;
+  decltype(xcb_connection_has_error)* hasError;
+  decltype(xcb_get_file_descriptor)* descriptor;
+  decltype(xcb_get_setup)* setup;
+  decltype(xcb_setup_roots_iterator)* roots;
+  decltype(xcb_screen_next)* nextScreen;
+  decltype(xcb_intern_atom)* internAtom;
+  decltype(xcb_get_property)* getProperty;
+  decltype(xcb_get_property_value)* propertyValue;
+  decltype(xcb_get_property_value_length)* propertyLength;
+  decltype(xcb_send_event)* sendEvent;
+  decltype(xcb_flush)* flush;
+  decltype(xcb_poll_for_reply)* pollForReply;
+  decltype(xcb_poll_for_event)* pollForEvent;
+  bool whole;
+
+  Xcb() {
+    LoadedLibrary library("libxcb.so.1");
+    library.find("xcb_connect", connect);
+    library.find("xcb_disconnect", disconnect);
+    library.find("xcb_connection_has_error", hasError);
+    library.find("xcb_get_file_descriptor", descriptor);
+    library.find("xcb_get_setup", setup);
+    library.find("xcb_setup_roots_iterator", roots);
+    library.find("xcb_screen_next", nextScreen);
+    library.find("xcb_intern_atom", internAtom);
+    library.find("xcb_get_property", getProperty);
+    library.find("xcb_get_property_value", propertyValue);
+    library.find("xcb_get_property_value_length", propertyLength);
+    library.find("xcb_send_event", sendEvent);
+    library.find("xcb_flush", flush);
+    library.find("xcb_poll_for_reply", pollForReply);
+    library.find("xcb_poll_for_event", pollForEvent);
+    whole = library.isWhole();
+  }
+};
+
+const Xcb& xcb() {
+  static const Xcb functions;
+  return functions;
+}
+
+}  // namespace
+
+X11Connection::~X11Connection() { close(); }
+
+void X11Connection::close() {
+  if (connection_) xcb().disconnect(connection_);
+  connection_ = nullptr;
+}
+
+bool X11Connection::open() {
+  if (!xcb().whole) return false;
+  silent_ = false;
+  if (connection_) {
+    while (const OwnedReply<xcb_generic_event_t> event{xcb().pollForEvent(connection_)}) {
+    }
+    if (xcb().hasError(connection_) == 0) return true;
+    close();
+  }
+  int screen = 0;
+  connection_ = xcb().connect(nullptr, &screen);
+  if (xcb().hasError(connection_) != 0) {
+    close();
+    return false;
+  }
+  auto screens = xcb().roots(xcb().setup(connection_));
+  while (screen-- > 0 && screens.rem > 1) xcb().nextScreen(&screens);
+  root_ = screens.data->root;
+  return internAtoms();
+}
+
+bool X11Connection::internAtoms() {
+  constexpr std::array<std::string_view, xAtomCount> names = {
+      "_NET_CLIENT_LIST", "_NET_ACTIVE_WINDOW", "_NET_CURRENT_DESKTOP", "_NET_WM_DESKTOP",
+      "_NET_WM_PID",      "_NET_WM_NAME",       "WM_CLIENT_MACHINE",    "WM_NAME"};
+  std::array<unsigned, xAtomCount> questions{};
+  for (std::size_t i = 0; i < xAtomCount; ++i) {
+    const auto length = static_cast<std::uint16_t>(names[i].size());
+    questions[i] = xcb().internAtom(connection_, 0, length, names[i].data()).sequence;
+  }
+  for (std::size_t i = 0; i < xAtomCount; ++i) {
+    const auto answer = reply(questions[i]);
+    if (!answer) {
+      close();
+      return false;
+    }
+    atoms_[i] = static_cast<const xcb_intern_atom_reply_t*>(answer.get())->atom;
+  }
+  return true;
+}
+
+unsigned X11Connection::ask(xcb_window_t window, XAtom property) {
+  if (!connection_) return 0;
+  constexpr std::uint32_t longest = 16384;  // in units of four bytes
+  const auto atom = atoms_[static_cast<std::size_t>(property)];
+  return xcb()
+      .getProperty(connection_, 0, window, atom, XCB_GET_PROPERTY_TYPE_ANY, 0, longest)
+      .sequence;
+}
+
+OwnedReply<void> X11Connection::reply(unsigned question) {
+  const auto deadline = SteadyClock::now() + longestWait;
+  if (!connection_ || question == 0 || silent_) return nullptr;
+  xcb().flush(connection_);
+  while (true) {
+    void* answer = nullptr;
+    xcb_generic_error_t* error = nullptr;
+    const bool arrived = xcb().pollForReply(connection_, question, &answer, &error) != 0;
+    const OwnedReply<void> dropped(error);
+    if (arrived || xcb().hasError(connection_) != 0) return OwnedReply<void>(answer);
+    const auto left =
+        std::chrono::ceil<std::chrono::milliseconds>(deadline - SteadyClock::now()).count();
+    if (left <= 0) break;
+    pollfd readable{xcb().descriptor(connection_), POLLIN, 0};
+    poll(&readable, 1, static_cast<int>(left));
+  }
+  silent_ = true;
+  return nullptr;
+}
+
+OwnedReply<xcb_get_property_reply_t> X11Connection::property(unsigned question) {
+  return OwnedReply<xcb_get_property_reply_t>(
+      static_cast<xcb_get_property_reply_t*>(reply(question).release()));
+}
+
+std::vector<std::uint32_t> X11Connection::values(unsigned question) {
+  const auto answer = property(question);
+  if (!answer || answer->format != 32) return {};
+  const auto* first = static_cast<const std::uint32_t*>(xcb().propertyValue(answer.get()));
+  return {first, first + answer->value_len};
+}
+
+std::string X11Connection::text(unsigned question, bool* isLatin) {
+  const auto answer = property(question);
+  if (isLatin) *isLatin = answer && answer->type == XCB_ATOM_STRING;
+  if (!answer || answer->format != 8) return {};
+  const auto* first = static_cast<const char*>(xcb().propertyValue(answer.get()));
+  return {first, static_cast<std::size_t>(xcb().propertyLength(answer.get()))};
+}
+
+void X11Connection::tellManager(xcb_window_t window, XAtom what,
+                                const std::array<std::uint32_t, 5>& data) {
+  if (!connection_) return;
+  xcb_client_message_event_t event{};
+  event.response_type = XCB_CLIENT_MESSAGE;
+  event.format = 32;
+  event.window = window;
+  event.type = atoms_[static_cast<std::size_t>(what)];
+  std::copy(data.begin(), data.end(), event.data.data32);
+  xcb().sendEvent(connection_, 0, root_,
+                  XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                  reinterpret_cast<const char*>(&event));
+  xcb().flush(connection_);
+}
+
+BrokenPipeIgnored::BrokenPipeIgnored() {
+  sigset_t pipe;
+  sigset_t before;
+  sigset_t pending;
+  sigemptyset(&pipe);
+  sigaddset(&pipe, SIGPIPE);
+  sigpending(&pending);
+  if (sigismember(&pending, SIGPIPE) == 1) return;  // not ours to take away
+  blocked_ = pthread_sigmask(SIG_BLOCK, &pipe, &before) == 0 && sigismember(&before, SIGPIPE) == 0;
+}
+
+BrokenPipeIgnored::~BrokenPipeIgnored() {
+  if (!blocked_) return;
+  sigset_t pipe;
+  sigemptyset(&pipe);
+  sigaddset(&pipe, SIGPIPE);
+  const timespec now{};
+  sigtimedwait(&pipe, nullptr, &now);
+  pthread_sigmask(SIG_UNBLOCK, &pipe, nullptr);
+}
+
+}  // namespace zelvane

@@ -1,0 +1,29 @@
+// The programs that terminals are asked and opened through. Stateless; any thread.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/time.h"
+
+namespace zelvane {
+
+/// The program's path by the variable PATH; nothing when it is not there.
+std::optional<std::string> programPath(const std::string& name);
+
+/// What a program said on standard output; nothing when it is not there, does not end within the
+/// time, or says by its exit status that it failed.
+std::optional<std::string> askProgram(const std::string& name,
+                                      const std::vector<std::string>& arguments, Seconds timeout,
+                                      std::vector<std::string> environment = {});
+
+/// Starts a program that outlives this process and has its own session; false when the program or
+/// the folder is not there. `environment` holds "NAME=value" entries to add.
+bool startApart(const std::string& name, const std::vector<std::string>& arguments,
+                const std::string& folder, std::vector<std::string> environment = {});
+
+/// Words for a POSIX shell that run the command in the folder.
+std::string shellCommand(const std::string& folder, const std::vector<std::string>& argv);
+
+}  // namespace zelvane

@@ -1,0 +1,108 @@
+#include "app/ui/card/card.h"
+
+#include <QtGui/QPainter>
+
+#include "app/ui/column/text_style.h"
+
+namespace zelvane {
+namespace {
+
+constexpr int around = 10, padding = 12, radius = 8;
+constexpr int lineGap = 4, buttonGap = 8;
+constexpr int pillPixels = 12, pillHorizontal = 10, pillVertical = 5, pillRadius = 6;
+constexpr double groundOpacity = 0.35, pressedOpacity = 0.8;
+
+}  // namespace
+
+PillButton::PillButton(QWidget* parent, const CardButton& button, const ThemeSpec& theme)
+    : QAbstractButton(parent), filled_(button.filled), theme_(theme) {
+  setFocusPolicy(Qt::NoFocus);
+  setText(QString::fromStdString(button.title));
+}
+
+QSize PillButton::sizeHint() const {
+  const auto font = columnFont(pillPixels, Weight::semibold);
+  return {textWidth(text(), font) + 2 * pillHorizontal, lineHeight(pillPixels) + 2 * pillVertical};
+}
+
+void PillButton::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setOpacity(isDown() ? pressedOpacity : 1);
+  if (filled_) {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(toColor(theme_.fg));
+    painter.drawRoundedRect(rect(), pillRadius, pillRadius);
+  }
+  painter.setFont(columnFont(pillPixels, Weight::semibold));
+  painter.setPen(toColor(filled_ ? theme_.bg : theme_.sub));
+  painter.drawText(QPointF(pillHorizontal, pillVertical + baselineOffset(pillPixels)), text());
+}
+
+Card::Card(QWidget* parent, std::function<void(CardAction)> chosen)
+    : QWidget(parent), chosen_(std::move(chosen)) {}
+
+void Card::setContent(const std::optional<CardContent>& content, const ThemeSpec& theme,
+                      int width) {
+  if (content == content_ && theme == theme_ && width == width_) return;
+  content_ = content;
+  theme_ = theme;
+  width_ = width;
+  arrange(width);
+  setVisible(content_.has_value());
+  update();
+}
+
+void Card::arrange(int width) {
+  lines_.clear();
+  // One of them may be telling that it was pressed.
+  for (auto* button : buttons_) button->deleteLater();
+  for (auto* button : buttons_) button->hide();
+  buttons_.clear();
+  height_ = 0;
+  if (!content_) return;
+  int y = around + padding;
+  for (const auto& line : content_->lines) {
+    const auto font = columnFont(line.pixels, line.weight);
+    for (const auto& text : wrapped(line.text, font, width - 2 * (around + padding))) {
+      lines_.push_back({y, text, &line});
+      y += lineHeight(line.pixels);
+    }
+    y += lineGap;
+  }
+  height_ = placeButtons(y + buttonGap - lineGap) + padding + around;
+}
+
+/// Returns their lower edge.
+int Card::placeButtons(int y) {
+  int x = around + padding;
+  int bottom = y;
+  for (const auto& button : content_->buttons) {
+    auto* pill = new PillButton(this, button, theme_);
+    pill->setGeometry(QRect(QPoint(x, y), pill->sizeHint()));
+    pill->show();
+    connect(pill, &QAbstractButton::clicked, this,
+            [this, action = button.action] { chosen_(action); });
+    x += pill->width() + buttonGap;
+    bottom = y + pill->height();
+    buttons_.push_back(pill);
+  }
+  return bottom;
+}
+
+void Card::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(toColor(theme_.line));
+  painter.setBrush(toColor(theme_.line, groundOpacity));
+  const QRectF ground = rect().marginsRemoved({around, around, around, around});
+  painter.drawRoundedRect(ground.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+  for (const auto& line : lines_) {
+    painter.setFont(columnFont(line.style->pixels, line.style->weight));
+    painter.setPen(toColor(line.style->quiet ? theme_.sub : theme_.fg));
+    painter.drawText(QPointF(around + padding, line.y + baselineOffset(line.style->pixels)),
+                     line.text);
+  }
+}
+
+}  // namespace zelvane

@@ -1,0 +1,60 @@
+// A card above the rows: lines of text and buttons on a rounded ground. Main thread.
+#pragma once
+
+#include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QWidget>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "app/ui/card/card_content.h"
+#include "app/ui/theme.h"
+
+namespace zelvane {
+
+/// A button on a rounded ground of its own, or on none.
+class PillButton : public QAbstractButton {
+ public:
+  PillButton(QWidget* parent, const CardButton& button, const ThemeSpec& theme);
+  QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent*) override;
+
+ private:
+  bool filled_;
+  ThemeSpec theme_;
+};
+
+class Card : public QWidget {
+ public:
+  /// `chosen` is told which button was pressed.
+  Card(QWidget* parent, std::function<void(CardAction)> chosen);
+
+  /// Shows the content at the width; nothing hides the card.
+  void setContent(const std::optional<CardContent>& content, const ThemeSpec& theme, int width);
+  /// With the space around it; 0 while hidden.
+  int wantedHeight() const { return height_; }
+
+ protected:
+  void paintEvent(QPaintEvent*) override;
+
+ private:
+  struct Line {
+    int y;  ///< of its upper edge
+    QString text;
+    const CardLine* style;
+  };
+  void arrange(int width);
+  int placeButtons(int y);
+
+  std::function<void(CardAction)> chosen_;
+  std::optional<CardContent> content_;
+  ThemeSpec theme_;
+  int width_ = 0;
+  int height_ = 0;
+  std::vector<Line> lines_;
+  std::vector<PillButton*> buttons_;  ///< owned by the widget
+};
+
+}  // namespace zelvane
