@@ -15,6 +15,7 @@
 #include "app/model/records/session_files.h"
 #include "app/model/refresh/row_rules.h"
 #include "app/model/transcripts/transcript_reader.h"
+#include "app/terminal/place.h"
 
 namespace zelvane {
 namespace {
@@ -108,6 +109,18 @@ std::set<std::int32_t> aliveWithoutRow(const RefreshSources& sources, const Burs
   return alive;
 }
 
+/// Walks a session's parents once and remembers where that led.
+decltype(RefreshSources::terminalProgram) terminalProgramSource() {
+  using Key = std::pair<std::int32_t, std::string>;
+  return [known = std::make_shared<std::map<Key, std::string>>()](const TerminalSession& session) {
+    const auto [entry, isNew] = known->try_emplace({session.pid, session.tty});
+    if (isNew) {
+      entry->second = terminalProgram(placeOf(systemProcesses(), session.pid, session.tty));
+    }
+    return entry->second;
+  };
+}
+
 /// What the passes remember of transcripts lives as long as the function.
 decltype(RefreshSources::modelInfo) transcriptSource() {
   const auto reader = std::make_shared<TranscriptReader>(Paths::home() + "/.claude/projects",
@@ -134,6 +147,7 @@ RefreshSources systemSources(const std::shared_ptr<Terminal>& terminal) {
     (void)changeRecord(RecordFolder::in(Paths::zelvane()), proc.sessionId,
                        [&](Json& record) { keepUp(record, wordOf(proc)); });
   };
+  sources.terminalProgram = terminalProgramSource();
   sources.terminalTitles = [terminal](const auto& sessions) { return terminal->titles(sessions); };
   sources.frontTTY = [terminal](const auto& sessions) { return terminal->frontTTY(sessions); };
   sources.modelInfo = transcriptSource();
@@ -165,6 +179,9 @@ RefreshInputs gather(const RefreshSources& sources, const RefreshMemory& memory,
   for (auto& live : inputs.live) {
     live.model = sources.modelInfo(live.proc.sessionId,
                                    live.hook ? live.hook->transcriptPath : std::nullopt, now);
+  }
+  for (auto& live : inputs.live) {
+    live.terminal = sources.terminalProgram({live.proc.pid, live.tty});
   }
   inputs.pendingRestore =
       pendingItems(sources.rebootSnapshot(), idsOf(inputs.live), sources.folderExists);

@@ -21,6 +21,10 @@ struct RefreshSources {
   std::function<std::optional<HookRecord>(const std::string& id)> hookRecord;
   /// Rewrites the session's hook record to fit what the client says in its own file.
   std::function<void(const ClaudeProc&)> keepRecordUp = [](const auto&) {};
+  /// The program that draws a session's tab, or "tmux".
+  std::function<std::string(const TerminalSession&)> terminalProgram = [](const auto&) {
+    return "";
+  };
   /// As the terminals have them.
   std::function<TabTitles(const std::vector<TerminalSession>&)> terminalTitles = [](const auto&) {
     return TabTitles();

@@ -56,6 +56,7 @@ bool openWindowOf(const std::string& program, const OpenRequest& request) {
 }
 
 bool openAnyWindow(const OpenRequest& request) {
+  if (openWindowOf(request.program, request)) return true;
   if (!hasDisplay()) return false;
   const Manner standard{"x-terminal-emulator", {"-e"}};
   if (startApart(standard.program, wordsFor(standard, request), request.folder)) return true;
