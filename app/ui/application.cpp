@@ -114,7 +114,9 @@ int AppDelegate::run() {
   openPanel();
   fillOrStart();
   // A request that came while the window was opened would be lost on a loop that does not run yet.
-  return quitOnSignal.requested() ? 0 : QApplication::exec();
+  const int status = quitOnSignal.requested() ? 0 : QApplication::exec();
+  store_->markQuit();
+  return status;
 }
 
 ColumnView::Options AppDelegate::viewOptions() const {
@@ -164,6 +166,7 @@ void AppDelegate::fillOrStart() {
     store_->showSamples(demoRows(*options_.demo, friendCount(), systemTime()));
   } else {
     store_->start();
+    powerOff_ = std::make_unique<PowerOffNotice>([this](bool down) { store_->setFrozen(down); });
   }
 }
 

@@ -12,6 +12,7 @@
 #include "app/ui/panel/panel_menu.h"
 #include "app/ui/panel/panel_size.h"
 #include "app/ui/panel/screens.h"
+#include "app/ui/power_off_notice.h"
 
 namespace zelvane {
 
@@ -49,6 +50,7 @@ class AppDelegate {
   std::unique_ptr<ColumnPanel> panel_;
   ColumnView* view_ = nullptr;  ///< owned by the panel
   std::unique_ptr<ScreenWatch> screens_;
+  std::unique_ptr<PowerOffNotice> powerOff_;
 };
 
 }  // namespace zelvane

@@ -1,4 +1,5 @@
 """Reopening conversations after a reboot, with a stand-in for claude that records how it was started."""
+import ctypes
 import json
 import os
 import signal
@@ -124,6 +125,76 @@ class RestoreTest(unittest.TestCase):
         self.assertEqual(len(windows), 5)
         self.assertEqual(len(self.machine.tmux("list-windows", "-a").splitlines()), 6)
         eventually(lambda: not (self.data / "rebootsnap.json").exists(), what="the offer is done")
+
+
+class SnapshotTest(unittest.TestCase):
+    def setUp(self):
+        self.machine = Machine()
+        self.addCleanup(self.machine.close)
+        self.display = Display(self.machine)
+        self.file = self.machine.home / ".claude/zelvane/autosnap.json"
+        self.machine.write_session(self.machine.start_claude(), "a")
+
+    def snapshot(self):
+        try:
+            return json.loads(self.file.read_text())
+        except FileNotFoundError:
+            return {}
+
+    def run_column(self, meanwhile=lambda: None, **environment):
+        """Runs the column until its first snapshot and something else have happened."""
+        column = self.machine.start("zelvane-app", DISPLAY=self.display.name, **environment)
+        eventually(self.snapshot, what="a snapshot")
+        meanwhile()
+        column.terminate()
+        self.assertEqual(column.wait(10), 0)
+
+    def test_a_quit_is_marked(self):
+        self.run_column()
+        self.assertEqual([item["sid"] for item in self.snapshot()["items"]], ["a"])
+        self.assertEqual(self.snapshot()["items"][0]["terminal"], "tmux")
+        self.assertIn("app_quit", self.snapshot())
+
+    def test_what_a_shutdown_closes_is_not(self):
+        bus = self.machine.folder / "bus"
+        self.machine.spawn("dbus-daemon", "--session", "--nofork", f"--address=unix:path={bus}")
+        eventually(bus.exists, what="a bus")
+        manager = LoginManager(f"unix:path={bus}")
+
+        def shut_down():
+            eventually(lambda: manager.is_heard(self.snapshot), what="the notice arrives")
+            self.machine.tmux("kill-server")
+
+        self.run_column(shut_down, DBUS_SYSTEM_BUS_ADDRESS=f"unix:path={bus}")
+        self.assertNotIn("app_quit", self.snapshot())
+        self.assertEqual([item["sid"] for item in self.snapshot()["items"]], ["a"])
+
+
+class LoginManager:
+    """What tells of a shutdown, on a bus of the test's own."""
+
+    def __init__(self, address):
+        self._library = ctypes.CDLL("libsystemd.so.0")
+        os.environ["DBUS_SYSTEM_BUS_ADDRESS"] = address
+        self._bus = ctypes.c_void_p()
+        self._check(self._library.sd_bus_open_system(ctypes.byref(self._bus)))
+        self._check(self._library.sd_bus_request_name(self._bus, b"org.freedesktop.login1",
+                                                      ctypes.c_uint64(0)))
+
+    def is_heard(self, snapshot):
+        """Announces a shutdown; whether snapshots are no longer written after that."""
+        self._check(self._library.sd_bus_emit_signal(
+            self._bus, b"/org/freedesktop/login1", b"org.freedesktop.login1.Manager",
+            b"PrepareForShutdown", b"b", ctypes.c_int(1)))
+        self._check(self._library.sd_bus_flush(self._bus))
+        before = snapshot()["saved_at"]
+        time.sleep(12)  # snapshots are due every ten seconds; none must come
+        return snapshot()["saved_at"] == before
+
+    @staticmethod
+    def _check(result):
+        if result < 0:
+            raise OSError(-result, os.strerror(-result))
 
 
 if __name__ == "__main__":

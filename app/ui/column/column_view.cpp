@@ -218,6 +218,7 @@ void ColumnView::showRowMenu(const ZelvaneSession& session, QPoint point) {
     QObject::connect(menu->addAction(QString::fromStdString(title)), &QAction::triggered, this,
                      std::move(action));
   };
+  add(L("이 탭으로 이동"), [store = store_, session] { store->open(session); });
   add(session.pinned ? L("집중 고정 풀기") : L("집중 고정"),
       [store = store_, session] { store->togglePin(session); });
   if (session.state == ZelvaneState::done) {
