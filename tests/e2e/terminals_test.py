@@ -6,6 +6,7 @@ jumps take.
 import json
 import os
 import pathlib
+import random
 import shutil
 import signal
 import statistics
@@ -58,14 +59,14 @@ class TerminalsTest(unittest.TestCase):
         self.folder = self.machine.folder
         self._sessions = 0
 
-    def script(self, title=None):
+    def script(self, title=None, then="exec sleep 600"):
         """A command that tells its pid and tty and stays, and the file that it tells them in."""
         self._sessions += 1
         told = self.folder / f"session{self._sessions}"
         program = self.folder / f"session{self._sessions}.sh"
         osc = f"printf '\\033]0;{title}\\007'; " if title else ""
         program.write_text(f"#!/bin/sh\n{osc}echo $$ $(tty) > {told}.new; mv {told}.new {told}; "
-                           "exec sleep 600\n", encoding="utf-8")
+                           f"{then}\n", encoding="utf-8")
         program.chmod(0o755)
         return str(program), told
 
@@ -278,6 +279,64 @@ class WindowsTest(TerminalsTest):
             self.assertEqual(self.probe.jump(session), {"ok": True, "reason": ""}, session)
             eventually(lambda s=session: self.probe.front() == s[1], what=f"{session} is in front")
         self.times(self.probe, name, *sessions[:2])
+
+    def listener(self):
+        """A command that keeps what is typed at it, the file that it tells its place in, and the file of keys."""
+        keys = self.folder / f"keys{self._sessions}"
+        keys.touch()
+        return *self.script(then=f"stty -icanon -echo; exec cat >>{keys}"), keys
+
+    def listeners(self):
+        """Sessions in every terminal that is installed, with their files of keys."""
+        self.bus()
+        found = []
+
+        def seen(file, keys):
+            found.append((self.told(file), keys))
+            return found[-1][0]
+
+        for _ in range(2):
+            command, file, keys = self.listener()
+            self.machine.spawn("xterm", "-e", command, DISPLAY=self.display.name)
+            seen(file, keys)
+        for name in ("kitty", "konsole"):
+            if not shutil.which(name):
+                print(f"{name} is not installed: left out")
+                continue
+            options = {"kitty": ["-o", "allow_remote_control=socket-only", "-o", "confirm_os_window_close=0",
+                                 "-o", f"listen_on=unix:{self.folder}/kitty"], "konsole": ["-e"]}
+            command, file, keys = self.listener()
+            self.program(name, *options[name], command)
+            near = seen(file, keys)
+            for _ in range(2):
+                command, file, keys = self.listener()
+                self.assertTrue(self.probe.ask("open", *near, self.folder, command)[0]["ok"])
+                seen(file, keys)
+        for verb in (("new-session", "-d"), ("new-window",), ("split-window",)):
+            command, file, keys = self.listener()
+            self.tmux_server(*verb, command)
+            seen(file, keys)
+        self.addCleanup(self.tmux_server, "kill-server")
+        self.machine.spawn("xterm", "-e", "tmux", "-u", "attach", DISPLAY=self.display.name,
+                           TMUX_TMPDIR=str(self.folder))
+        eventually(lambda: self.tmux_server("list-clients"), what="attached")
+        return found
+
+    def test_a_hundred_jumps_at_random_arrive_where_the_keys_go(self):
+        listeners = self.listeners()
+        self.probe.sessions(*[session for session, _ in listeners])
+        typed = [0] * len(listeners)
+        chance = random.Random(5)
+        for _ in range(100):
+            chosen = chance.randrange(len(listeners))
+            session, keys = listeners[chosen]
+            self.assertEqual(self.probe.jump(session), {"ok": True, "reason": ""})
+            self.display.output("xdotool", "key", "a")
+            typed[chosen] += 1
+            eventually(lambda f=keys, n=typed[chosen]: f.stat().st_size == n, what=f"a key at {session}")
+            front = self.probe.front()
+            self.assertIn(front, (session[1], None))
+        self.assertEqual([keys.stat().st_size for _, keys in listeners], typed)
 
     def test_kitty(self):
         command, file = self.script("one")
