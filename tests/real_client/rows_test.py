@@ -40,6 +40,9 @@ class RowsTest(unittest.TestCase):
         self.client.say("please do mock:slow")
         self.shows("working", "busy")
         self.shows("idle", "idle")
+        told = self.machine.list()["sessions"][0]
+        print(f"its transcript and tab tell: {told['model']} / {told['effort']}, {told['claudeTitle']}")
+        self.assertRegex(told["model"], r"^(Opus|Sonnet|Haiku) \d")
         self.client.say("please do mock:bash")
         row = self.shows("waiting", "waiting")
         self.assertEqual(row["subtitle"], "대답을 기다려요")
