@@ -7,6 +7,7 @@
 #include "core/bundle.h"
 #include "core/localization.h"
 
+#include "app/login/login_item.h"
 #include "app/notes/notes_self_test.h"
 #include "app/ui/application.h"
 #include "app/ui/single_instance.h"
@@ -18,6 +19,7 @@ namespace {
 /// Answers what needs no display; nothing when the column is to be opened.
 std::optional<int> answered(const LaunchOptions& options) {
   if (options.selfTestNotes) return runNotesSelfTest(std::cout) ? 0 : 1;
+  if (options.selfTestLoginItem) return LoginItem::selfTest(std::cout) ? 0 : 1;
   if (options.help) {
     std::cout << usage() << '\n';
     return 0;

@@ -24,6 +24,8 @@ std::optional<std::string> existing(const fs::path& path) {
 
 std::string version() { return ZELVANE_VERSION; }
 
+std::string applicationPath() { return platform::executablePath(); }
+
 std::optional<std::string> auxiliaryExecutable(const std::string& name) {
   return existing(programFolder() / name);
 }

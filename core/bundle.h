@@ -9,6 +9,8 @@ namespace zelvane::Bundle {
 
 /// The program's version, "1.2.3".
 std::string version();
+/// Path of the application as the system opens it: the running program, or the bundle it lies in.
+std::string applicationPath();
 /// Path of another program of ours in the same folder; nothing when it is not there.
 std::optional<std::string> auxiliaryExecutable(const std::string& name);
 /// Path of the resource "NAME.TYPE"; nothing when it is not there.

@@ -107,19 +107,22 @@ std::optional<Json> JSONFile::load(const std::string& path, std::size_t limit) {
   return value;
 }
 
-bool JSONFile::writeAtomic(const Json& value, const std::string& path) {
-  const auto text = serialised(value);
-  if (!text) return false;
+bool replaceFile(const std::string& path, std::string_view bytes) {
   const std::string temporary = path + ".tmp" + std::to_string(getpid());
   const int fd =
       open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0666);
   if (fd < 0) return false;
-  const bool written = writeAll(fd, *text);
+  const bool written = writeAll(fd, bytes);
   if (close(fd) != 0 || !written) {
     unlink(temporary.c_str());
     return false;
   }
   return std::rename(temporary.c_str(), path.c_str()) == 0;
+}
+
+bool JSONFile::writeAtomic(const Json& value, const std::string& path) {
+  const auto text = serialised(value);
+  return text && replaceFile(path, *text);
 }
 
 std::optional<Json> readJSON(const std::string& path, std::size_t limit) {

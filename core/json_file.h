@@ -20,6 +20,10 @@ std::optional<Json> parseJson(std::string_view text);
 /// larger than `limit` bytes. Never waits on a pipe or device.
 std::optional<std::string> readFile(const std::string& path, std::size_t limit);
 
+/// Replaces the file by the bytes: written beside it under the name PATH.tmpPROCESSID, then renamed
+/// over it. False, with the target untouched, when the system refuses.
+[[nodiscard]] bool replaceFile(const std::string& path, std::string_view bytes);
+
 namespace JSONFile {
 
 /// Largest file that `load` reads when not told otherwise: what no file of ours comes near.

@@ -44,6 +44,11 @@ std::string notes() {
   return failed ? chosen : absolute.string();
 }
 
+std::optional<std::string> loginItem() {
+  const char* chosen = std::getenv("ZELVANE_LAUNCHAGENT");
+  return chosen ? std::optional<std::string>(chosen) : std::nullopt;
+}
+
 }  // namespace ZelvanePaths
 
 namespace Paths {

@@ -22,6 +22,8 @@ std::string restored();        ///< what the restore command did, in the data fo
 /// The notes folder: "Zelvane" in the user's folder for programs' data. ZELVANE_NOTES_DIR replaces
 /// it, also when it is set but empty: then it means the working folder.
 std::string notes();
+/// The login item's file, when ZELVANE_LAUNCHAGENT is set, if only to nothing.
+std::optional<std::string> loginItem();
 
 }  // namespace zelvane::ZelvanePaths
 

@@ -6,9 +6,11 @@
 #include <csignal>
 #include <thread>
 
+#include "core/bundle.h"
 #include "core/installer/installer.h"
 #include "core/run_loop.h"
 
+#include "app/login/login_item.h"
 #include "app/model/family/family.h"
 #include "app/model/refresh/offers.h"
 #include "app/model/store/samples.h"
@@ -39,6 +41,7 @@ std::shared_ptr<ConnectionController> makeConnection(std::shared_ptr<UserDefault
                                                      bool readOnly) {
   auto options = ConnectionController::systemOptions(std::move(defaults), mainThread());
   options.confirmDisconnect = confirmDisconnect;
+  options.turnOnLoginItem = [] { LoginItem::set(true, Bundle::applicationPath()); };
   options.readOnly = readOnly;
   return ConnectionController::create(std::move(options));
 }
@@ -109,6 +112,7 @@ int AppDelegate::run() {
   if (!options_.sample) {
     (void)Installer(Installer::systemPlace()).refreshHelperIfConnected(bundledParts());
     connection_->refresh();
+    (void)LoginItem::repairIfMoved(Bundle::applicationPath());
   }
   const QuitOnSignal quitOnSignal;
   openPanel();
@@ -193,6 +197,7 @@ void AppDelegate::showMenu(QPoint point) {
   for (const auto& item : panelMenu({.theme = store_->theme(),
                           .anchor = store_->anchorTop() ? Anchor::top : Anchor::bottom,
                           .customSize = panelSize_.custom(),
+                          .opensAtLogin = LoginItem::isOn(),
                           .connected = connected(*connection_)})) {
     if (item.separator()) {
       menu->addSeparator();
@@ -216,6 +221,8 @@ void AppDelegate::perform(MenuCommand command) {
       return anchor(Anchor::top);
     case MenuCommand::anchorBottom:
       return anchor(Anchor::bottom);
+    case MenuCommand::toggleLogin:
+      return LoginItem::set(!LoginItem::isOn(), Bundle::applicationPath());
     case MenuCommand::toggleConnection:
       return toggleConnection();
     case MenuCommand::refresh:
@@ -235,7 +242,7 @@ void AppDelegate::toggleConnection() {
   if (connected(*connection_)) {
     connection_->disconnect();
   } else {
-    connection_->connect(/*loginItem=*/false);
+    connection_->connect(LoginItem::isOn());
   }
 }
 

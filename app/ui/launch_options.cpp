@@ -50,6 +50,7 @@ LaunchOptions launchOptions(const Arguments& arguments) {
   options.help = has(arguments, "--help") || has(arguments, "-h");
   options.version = has(arguments, "--version");
   options.selfTestNotes = has(arguments, "--selftest-notes");
+  options.selfTestLoginItem = has(arguments, "--selftest-loginitem");
   options.sample = has(arguments, "--render") || has(arguments, "--demo");
   options.renderPath = after(arguments, "--render");
   options.dark = has(arguments, "--dark");
@@ -75,6 +76,7 @@ std::string usage() {
     --dark           어두운 색으로 그려요
     --width N        기둥 너비(280~480, 기본 284)
   --selftest-notes 메모가 사라지지 않는지 스스로 확인해요
+  --selftest-loginitem 로그인할 때 열기가 제대로 따라오는지 스스로 확인해요
   --version        버전을 보여 줘요
   --help           이 도움말을 보여 줘요)");
 }

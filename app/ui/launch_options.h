@@ -13,6 +13,7 @@ struct LaunchOptions {
   bool help = false;
   bool version = false;
   bool selfTestNotes = false;
+  bool selfTestLoginItem = false;
   /// Sample mode: nothing of the user's is written but pins. On as soon as one of its options is
   /// given.
   bool sample = false;

@@ -63,6 +63,8 @@ class ColumnTest(unittest.TestCase):
         self.display.picture(self.pictures / "column-card.png")
         self.press_button()
         eventually(connected, what="connected")
+        entry = self.machine.home / ".config/autostart/com.tarnwick.zelvane.desktop"
+        eventually(entry.exists, what="it opens at login")
         self.press_button()  # the result has been read
         eventually(lambda: not self.display.find(TEXT, run=20), what="the card is gone")
         self.ask_to_disconnect(window, "Escape")

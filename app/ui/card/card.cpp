@@ -10,6 +10,7 @@ namespace {
 constexpr int around = 10, padding = 12, radius = 8;
 constexpr int lineGap = 4, buttonGap = 8;
 constexpr int pillPixels = 12, pillHorizontal = 10, pillVertical = 5, pillRadius = 6;
+constexpr int tickPixels = 11, boxSize = 13, boxGap = 6, boxRadius = 3;
 constexpr double groundOpacity = 0.35, pressedOpacity = 0.8;
 
 }  // namespace
@@ -39,8 +40,45 @@ void PillButton::paintEvent(QPaintEvent*) {
   painter.drawText(QPointF(pillHorizontal, pillVertical + baselineOffset(pillPixels)), text());
 }
 
-Card::Card(QWidget* parent, std::function<void(CardAction)> chosen)
-    : QWidget(parent), chosen_(std::move(chosen)) {}
+TickLine::TickLine(QWidget* parent) : QAbstractButton(parent) {
+  setFocusPolicy(Qt::NoFocus);
+  setCheckable(true);
+  setChecked(true);
+}
+
+void TickLine::setColors(const ThemeSpec& theme) {
+  theme_ = theme;
+  update();
+}
+
+QSize TickLine::sizeHint() const {
+  const auto font = columnFont(tickPixels, Weight::regular);
+  return {boxSize + boxGap + textWidth(text(), font), lineHeight(tickPixels) + 2};
+}
+
+void TickLine::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const QRectF box(0.5, (height() - boxSize) / 2 + 0.5, boxSize - 1, boxSize - 1);
+  painter.setPen(toColor(isChecked() ? theme_.fg : theme_.sub));
+  painter.setBrush(isChecked() ? QBrush(toColor(theme_.fg)) : QBrush(Qt::NoBrush));
+  painter.drawRoundedRect(box, boxRadius, boxRadius);
+  if (isChecked()) {
+    painter.setPen(QPen(toColor(theme_.bg), 1.5));
+    painter.drawPolyline(
+        QPolygonF({box.topLeft() + QPointF(2.5, 6), box.topLeft() + QPointF(5, 8.5),
+                   box.topLeft() + QPointF(9, 3)}));
+  }
+  const auto font = columnFont(tickPixels, Weight::regular);
+  painter.setFont(font);
+  painter.setPen(toColor(theme_.fg));
+  const int left = boxSize + boxGap;
+  painter.drawText(QPointF(left, 1 + baselineOffset(tickPixels)),
+                   elided(text().toStdString(), font, width() - left));
+}
+
+Card::Card(QWidget* parent, std::function<void(CardAction, bool ticked)> chosen)
+    : QWidget(parent), chosen_(std::move(chosen)), tick_(this) {}
 
 void Card::setContent(const std::optional<CardContent>& content, const ThemeSpec& theme,
                       int width) {
@@ -70,7 +108,19 @@ void Card::arrange(int width) {
     }
     y += lineGap;
   }
-  height_ = placeButtons(y + buttonGap - lineGap) + padding + around;
+  height_ = placeButtons(placeTick(y) + buttonGap - lineGap) + padding + around;
+}
+
+/// Returns where what follows begins.
+int Card::placeTick(int y) {
+  tick_.setVisible(!content_->choice.empty());
+  if (content_->choice.empty()) return y;
+  tick_.setText(QString::fromStdString(content_->choice));
+  tick_.setColors(theme_);
+  const int left = around + padding;
+  tick_.setGeometry(left, y, std::min(tick_.sizeHint().width(), width_ - 2 * left),
+                    tick_.sizeHint().height());
+  return y + tick_.height() + lineGap;
 }
 
 /// Returns their lower edge.
@@ -82,7 +132,7 @@ int Card::placeButtons(int y) {
     pill->setGeometry(QRect(QPoint(x, y), pill->sizeHint()));
     pill->show();
     connect(pill, &QAbstractButton::clicked, this,
-            [this, action = button.action] { chosen_(action); });
+            [this, action = button.action] { chosen_(action, tick_.isChecked()); });
     x += pill->width() + buttonGap;
     bottom = y + pill->height();
     buttons_.push_back(pill);

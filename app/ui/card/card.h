@@ -26,10 +26,24 @@ class PillButton : public QAbstractButton {
   ThemeSpec theme_;
 };
 
+/// A line with a box in front that can be ticked.
+class TickLine : public QAbstractButton {
+ public:
+  explicit TickLine(QWidget* parent);
+  void setColors(const ThemeSpec& theme);
+  QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent*) override;
+
+ private:
+  ThemeSpec theme_;
+};
+
 class Card : public QWidget {
  public:
-  /// `chosen` is told which button was pressed.
-  Card(QWidget* parent, std::function<void(CardAction)> chosen);
+  /// `chosen` is told which button was pressed, and whether the box is ticked.
+  Card(QWidget* parent, std::function<void(CardAction, bool ticked)> chosen);
 
   /// Shows the content at the width; nothing hides the card.
   void setContent(const std::optional<CardContent>& content, const ThemeSpec& theme, int width);
@@ -46,14 +60,16 @@ class Card : public QWidget {
     const CardLine* style;
   };
   void arrange(int width);
+  int placeTick(int y);
   int placeButtons(int y);
 
-  std::function<void(CardAction)> chosen_;
+  std::function<void(CardAction, bool)> chosen_;
   std::optional<CardContent> content_;
   ThemeSpec theme_;
   int width_ = 0;
   int height_ = 0;
   std::vector<Line> lines_;
+  TickLine tick_;
   std::vector<PillButton*> buttons_;  ///< owned by the widget
 };
 

@@ -17,6 +17,7 @@ CardContent invitation(const ConnectionView& connection) {
   if (!connection.message.empty()) {
     card.lines.push_back({.text = connection.message, .weight = Weight::semibold});
   }
+  card.choice = L("로그인할 때 열기 (재부팅 뒤 이어서 열기에 필요)");
   card.buttons = {{connection.busy ? L("연결하는 중…") : L("연결하기"), CardAction::connect},
                   {L("나중에"), CardAction::connectLater, /*filled=*/false}};
   return card;

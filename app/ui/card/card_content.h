@@ -41,6 +41,7 @@ struct CardButton {
 struct CardContent {
   std::vector<CardLine> lines;
   std::vector<CardButton> buttons;
+  std::string choice{};  ///< text of a check box, ticked at first; empty for none
   bool operator==(const CardContent&) const = default;
 };
 

@@ -29,8 +29,8 @@ ColumnView::ColumnView(std::shared_ptr<ZelvaneStore> store,
       options_(std::move(options)),
       callbacks_(std::move(callbacks)),
       header_(this, callbacks_.menuWanted),
-      connectionCard_(this, [this](CardAction action) { chosen(action); }),
-      restoreCard_(this, [this](CardAction action) { chosen(action); }),
+      connectionCard_(this, [this](CardAction action, bool ticked) { chosen(action, ticked); }),
+      restoreCard_(this, [this](CardAction action, bool ticked) { chosen(action, ticked); }),
       scroll_(this),
       rows_(new RowsBlock(nullptr, {.tapped = [this](const auto& session) { tapped(session); },
                                     .menuWanted = [this](const auto& session,
@@ -166,10 +166,10 @@ void ColumnView::showCards() {
                           theme(), width());
 }
 
-void ColumnView::chosen(CardAction action) {
+void ColumnView::chosen(CardAction action, bool ticked) {
   switch (action) {
     case CardAction::connect:
-      return connection_->connect(/*loginItem=*/false);
+      return connection_->connect(/*loginItem=*/ticked);
     case CardAction::connectLater:
       return connection_->setCardDismissed(true);
     case CardAction::lookAgain:

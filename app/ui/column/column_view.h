@@ -56,7 +56,7 @@ class ColumnView : public QWidget {
   int problemHeight() const;
   int chromeHeight() const;
   void showCards();
-  void chosen(CardAction action);
+  void chosen(CardAction action, bool ticked);
   QStringList problemLines() const;
 
   std::shared_ptr<ZelvaneStore> store_;

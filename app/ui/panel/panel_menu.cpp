@@ -39,6 +39,7 @@ std::vector<MenuItem> panelMenu(const MenuState& state) {
                    .command = MenuCommand::resetSize,
                    .enabled = state.customSize});
   items.push_back(separator);
+  items.push_back(choice(L("로그인할 때 열기"), MenuCommand::toggleLogin, state.opensAtLogin));
   items.push_back(
       {.title = state.connected ? L("Claude Code 연결 해제…") : L("Claude Code와 연결하기"),
        .command = MenuCommand::toggleConnection});

@@ -18,6 +18,7 @@ enum class MenuCommand {
   anchorTop,
   anchorBottom,
   resetSize,
+  toggleLogin,
   toggleConnection,
   refresh,
   quit,
@@ -39,6 +40,7 @@ struct MenuState {
   ThemeID theme = ThemeID::c;
   Anchor anchor = Anchor::top;
   bool customSize = false;
+  bool opensAtLogin = false;
   bool connected = false;  ///< with Claude Code
 };
 
