@@ -1,10 +1,7 @@
 #include "app/notes/notes_folder.h"
 
 #include <algorithm>
-#include <chrono>
-#include <cmath>
-#include <cstdlib>
-#include <filesystem>
+#include <functional>
 #include <unistd.h>
 
 #include "core/localization.h"

@@ -78,7 +78,6 @@ class NotesFolder {
   void cleanTemp();
   Loaded loadBackup(const Main& main, NotesAccess access);
   bool keepCorrupt(const std::string& base, NotesAccess access);
-  bool isKept(const std::string& base, const std::string& bytes) const;
   std::error_code rotateBackup(const Main& current);
   std::error_code writeAtomically(const std::string& target, std::string_view bytes);
 

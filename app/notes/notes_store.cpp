@@ -1,6 +1,7 @@
 #include "app/notes/notes_store.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <future>
 #include <utility>
 
@@ -22,6 +23,11 @@ std::string described(const std::error_code& failed) {
   if (failed == std::errc::read_only_file_system) return L("읽기 전용 디스크예요");
   if (failed == std::errc::io_error) return L("디스크를 읽거나 쓰지 못했어요");
   if (failed == std::errc::file_too_large) return L("메모가 너무 커요");
+  if (failed == std::errc::not_a_directory) return L("폴더 자리에 다른 것이 있어요");
+  if (failed == std::errc::is_a_directory || failed == std::errc::file_exists ||
+      failed == std::errc::no_such_device_or_address) {
+    return L("파일 자리에 폴더나 다른 것이 있어요");
+  }
   return LF("시스템 오류 %d", {std::int64_t{failed.value()}});
 }
 

@@ -9,6 +9,7 @@
 #include "app/notes/notes_self_test.h"
 #include "tests/support/event_counter.h"
 #include "tests/support/hooked_notes_disk.h"
+#include "tests/support/manual_notes.h"
 #include "tests/support/temporary_folder.h"
 
 namespace zelvane {
@@ -16,19 +17,15 @@ namespace {
 
 using test::EventCounter;
 using test::HookedNotesDisk;
+using test::manual;
 using test::TemporaryFolder;
 using testing::HasSubstr;
 
 constexpr Seconds soon(0.001);
-constexpr Seconds never(1e6);
-
-NotesStore::Options manual(const TemporaryFolder& folder) {
-  return {.dir = folder.path("notes"), .saveDelay = never, .retryDelay = never};
-}
 
 /// The main file as a fresh store reads it.
 NotesEntry onDisk(const TemporaryFolder& folder, const std::string& id) {
-  return NotesStore({.dir = folder.path("notes"), .readOnly = true}).entry(id);
+  return NotesStore({.dir = folder.path(), .readOnly = true}).entry(id);
 }
 
 TEST(NotesSelfTest, PassesEveryScenario) {
@@ -49,7 +46,7 @@ TEST(NotesStore, StampsChangesAndCountsEmptiedNotesAsNone) {
   EXPECT_EQ(store.entry("s1"), NotesEntry{});
   store.setTitle("s2", "이름");
   store.flush();
-  EXPECT_EQ(folder.read("notes/notes.json"),
+  EXPECT_EQ(folder.read("notes.json"),
             R"({"v":1,"entries":{"s2":{"title":"이름","updated":1731650000.5}}})");
 }
 
@@ -96,7 +93,7 @@ TEST(NotesStore, LogsWhatTheUserTookAway) {
     store.setMemo("s1", "메모");
     act(store);
     store.flush();
-    EXPECT_EQ(folder.read("notes/removed-notes.jsonl"), log) << what;
+    EXPECT_EQ(folder.read("removed-notes.jsonl"), log) << what;
   }
 }
 
@@ -115,7 +112,7 @@ TEST(NotesStore, FoldsABurstIntoOneSave) {
   ASSERT_TRUE(saves.waitFor(1));
   EXPECT_EQ(onDisk(folder, "s1").memo, "99");
   // One save: there was never a main file to make a backup of.
-  EXPECT_EQ(folder.read("notes/notes.bak.json"), "");
+  EXPECT_EQ(folder.read("notes.bak.json"), "");
 }
 
 TEST(NotesStore, ReportsAProblemOnlyWhenItChanges) {
@@ -132,8 +129,8 @@ TEST(NotesStore, ReportsAProblemOnlyWhenItChanges) {
 
 TEST(NotesStore, WritesNothingWhenReadOnly) {
   const TemporaryFolder folder;
-  folder.write("notes/notes.json", "{");
-  folder.write("notes/notes.bak.json", R"({"v":1,"entries":{"s1":{"memo":"m","updated":1}}})");
+  folder.write("notes.json", "{");
+  folder.write("notes.bak.json", R"({"v":1,"entries":{"s1":{"memo":"m","updated":1}}})");
   auto options = manual(folder);
   options.readOnly = true;
   {
@@ -144,7 +141,7 @@ TEST(NotesStore, WritesNothingWhenReadOnly) {
     EXPECT_EQ(store.entry("s1").memo, "n");
   }
   std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(folder.path("notes"))) {
+  for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
     names.push_back(entry.path().filename());
   }
   EXPECT_THAT(names, testing::UnorderedElementsAre("notes.json", "notes.bak.json"));
@@ -181,18 +178,18 @@ TEST(NotesStore, ForgetsNothingWhenTheFileIsDamagedOrGone) {
     store.flush();
     store.setMemo("s1", "둘");
     store.flush();
-    const auto backup = folder.read("notes/notes.bak.json");
+    const auto backup = folder.read("notes.bak.json");
     if (damage.empty()) {
-      std::filesystem::remove(folder.path("notes/notes.json"));
+      std::filesystem::remove(folder.path("notes.json"));
     } else {
-      folder.write("notes/notes.json", damage);
+      folder.write("notes.json", damage);
     }
     EXPECT_FALSE(store.reloadIfChanged());
     store.setTitle("s2", "셋");
     store.flush();
     EXPECT_EQ(onDisk(folder, "s1").memo, "둘") << damage;
     EXPECT_EQ(onDisk(folder, "s2").title, "셋") << damage;
-    EXPECT_EQ(folder.read("notes/notes.bak.json"), backup) << damage;
+    EXPECT_EQ(folder.read("notes.bak.json"), backup) << damage;
   }
 }
 
@@ -221,7 +218,7 @@ TEST(NotesStore, MakesNoCallerWaitForASave) {
   store.setMemo("s1", "둘");
   EXPECT_EQ(store.entry("s1").memo, "둘");
   EXPECT_TRUE(store.carry("s1", "s2"));
-  EXPECT_EQ(folder.read("notes/notes.json"), "");
+  EXPECT_EQ(folder.read("notes.json"), "");
   letGo.add();
   store.flush();
   EXPECT_EQ(onDisk(folder, "s1").memo, "둘");

@@ -6,16 +6,14 @@
 #include "core/json_file.h"
 
 #include "app/notes/notes_store.h"
+#include "tests/support/manual_notes.h"
 #include "tests/support/temporary_folder.h"
 
 namespace zelvane {
 namespace {
 
+using test::manual;
 using test::TemporaryFolder;
-
-NotesStore::Options manual(const TemporaryFolder& folder) {
-  return {.dir = folder.path(), .saveDelay = Seconds(1e6), .retryDelay = Seconds(1e6)};
-}
 
 /// Runs each part in a process of its own, all at once; true when all ended well.
 bool runAtOnce(const std::vector<std::function<bool()>>& parts) {
