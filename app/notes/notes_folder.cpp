@@ -119,11 +119,25 @@ std::error_code NotesFolder::replaceMain(std::string_view bytes, const Main& cur
   if (current.state == State::damaged && !keepCorrupt("notes", NotesAccess::readWrite)) {
     return std::make_error_code(std::errc::io_error);
   }
+  const auto target = disk_->resolved(mainFile());
+  // First, because this is where a full disk shows: the backup is not given up for nothing.
+  const auto temporary = makeTemporary(target, bytes);
+  if (temporary.failed) return temporary.failed;
+  const auto failed = rotateAndRename(bytes, current, temporary.path, target);
+  if (failed) (void)disk_->remove(temporary.path);
+  return failed;
+}
+
+std::error_code NotesFolder::rotateAndRename(std::string_view bytes, const Main& current,
+                                             const std::string& temporary,
+                                             const std::string& target) {
+  if (mainIdentity() != current.identity) return mainHasChanged;
   // The same bytes again, after a save that failed in its last step: the backup is right as it is.
   if (current.isGood() && current.bytes != bytes) {
     if (const auto failed = rotateBackup(current)) return failed;
   }
-  return writeAtomically(disk_->resolved(mainFile()), bytes);
+  // Again, after what may have taken long: the moment that stays is as short as can be.
+  return mainIdentity() == current.identity ? disk_->rename(temporary, target) : mainHasChanged;
 }
 
 /// Makes the backup of the bytes that were read and found good, whatever happens to the main file.
@@ -138,20 +152,28 @@ std::error_code NotesFolder::rotateBackup(const Main& current) {
 }
 
 std::error_code NotesFolder::writeAtomically(const std::string& target, std::string_view bytes) {
+  const auto temporary = makeTemporary(target, bytes);
+  if (temporary.failed) return temporary.failed;
+  const auto failed = disk_->rename(temporary.path, target);
+  if (failed) (void)disk_->remove(temporary.path);
+  return failed;
+}
+
+/// The bytes in a new file beside the target, which it may be renamed over; no file on failure.
+NotesFolder::Temporary NotesFolder::makeTemporary(const std::string& target,
+                                                  std::string_view bytes) {
   const auto identity = disk_->identity(target);
   const auto mode = identity ? identity->mode : privateMode;
   const auto prefix =
       folderOf(target) + '/' + std::string(temporaryPrefix) + std::to_string(getpid()) + '-';
-  std::string temporary;
-  auto failed = std::make_error_code(std::errc::file_exists);
-  for (int i = 0; i < temporaryNames && failed == std::errc::file_exists; ++i) {
-    temporary = prefix + std::to_string(i);
-    failed = disk_->create(temporary, bytes, mode);
+  Temporary temporary{"", std::make_error_code(std::errc::file_exists)};
+  for (int i = 0; i < temporaryNames && temporary.failed == std::errc::file_exists; ++i) {
+    temporary.path = prefix + std::to_string(i);
+    temporary.failed = disk_->create(temporary.path, bytes, mode);
   }
-  if (failed == std::errc::file_exists) return failed;  // none of those files is ours
-  if (!failed) failed = disk_->rename(temporary, target);
-  if (failed) (void)disk_->remove(temporary);
-  return failed;
+  const bool isOurs = temporary.failed != std::errc::file_exists;
+  if (temporary.failed && isOurs) (void)disk_->remove(temporary.path);
+  return temporary;
 }
 
 std::error_code NotesFolder::sync() {

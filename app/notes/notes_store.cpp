@@ -12,6 +12,8 @@
 namespace zelvane {
 namespace {
 
+constexpr int savesAtOnce = 3;  // of one that others disturb
+
 /// What went wrong, for the user.
 std::string described(const std::error_code& failed) {
   if (failed == std::errc::no_space_on_device || failed.value() == EDQUOT) {
@@ -27,6 +29,10 @@ std::string described(const std::error_code& failed) {
   if (failed == std::errc::is_a_directory || failed == std::errc::file_exists ||
       failed == std::errc::no_such_device_or_address) {
     return L("파일 자리에 폴더나 다른 것이 있어요");
+  }
+  // Somebody else's turn, or a program that writes without one.
+  if (failed == std::errc::resource_unavailable_try_again) {
+    return L("다른 프로그램이 메모를 쓰는 중이에요");
   }
   return LF("시스템 오류 %d", {std::int64_t{failed.value()}});
 }
@@ -224,6 +230,14 @@ void NotesStore::writeNow() {
 std::error_code NotesStore::write(const NotesChanges& changes) {
   if (const auto failed = folder_.make()) return failed;
   const auto turn = folder_.waitForTurn();
+  if (const auto failed = turn->error()) return failed;
+  auto failed = mainHasChanged;
+  for (int i = 0; i < savesAtOnce && failed == mainHasChanged; ++i) failed = writeMerged(changes);
+  return failed;
+}
+
+/// On the queue, in our turn: merges the changes into the file as it is now.
+std::error_code NotesStore::writeMerged(const NotesChanges& changes) {
   auto main = folder_.readMain(fingerprint_);
   const bool changedByOther = main.state == NotesFolder::Main::State::good;
   // A file that is gone or damaged tells nothing about what was removed.

@@ -73,6 +73,7 @@ class NotesStore {
   void logLost(const std::vector<RemovedText>& lost);
   void writeNow();
   std::error_code write(const NotesChanges& changes);
+  std::error_code writeMerged(const NotesChanges& changes);
   void retryLater();
   bool reload();
   void runOnQueue(const std::function<void()>& task);
