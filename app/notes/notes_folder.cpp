@@ -183,10 +183,11 @@ std::error_code NotesFolder::sync() {
   return real == dir_ ? std::error_code{} : disk_->syncFolder(real);
 }
 
+std::string NotesFolder::readLog() const { return disk_->read(logFile()).value_or(""); }
+
 std::error_code NotesFolder::appendToLog(std::string_view lines) {
-  const auto log = path("removed-notes.jsonl");
-  const bool isNew = !disk_->exists(log);
-  const auto failed = disk_->appendLines(log, lines);
+  const bool isNew = !disk_->exists(logFile());
+  const auto failed = disk_->appendLines(logFile(), lines);
   // The save that follows forgets the texts: the name of their log must not get lost after that.
   return failed || !isNew ? failed : disk_->syncFolder(dir_);
 }

@@ -69,6 +69,8 @@ class NotesFolder {
   std::error_code replaceMain(std::string_view bytes, const Main& current);
   /// The last step of a save: what was renamed stays renamed after a power cut.
   std::error_code sync();
+  /// The log of removed notes; empty when there is none, or none that can be read.
+  std::string readLog() const;
   /// Adds lines to the log of removed notes.
   std::error_code appendToLog(std::string_view lines);
 
@@ -76,6 +78,7 @@ class NotesFolder {
   std::string path(std::string_view name) const { return dir_ + '/' + std::string(name); }
   std::string mainFile() const { return path("notes.json"); }
   std::string backupFile() const { return path("notes.bak.json"); }
+  std::string logFile() const { return path("removed-notes.jsonl"); }
   void cleanTemp();
   Loaded loadBackup(const Main& main, NotesAccess access);
   bool keepCorrupt(const std::string& base, NotesAccess access);

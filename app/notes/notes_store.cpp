@@ -54,7 +54,10 @@ NotesStore::NotesStore(const Options& options)
   problem_ = std::move(loaded.problem);
 }
 
-NotesStore::~NotesStore() { flush(); }
+NotesStore::~NotesStore() {
+  (void)reloadIfChanged();  // a file that was damaged since the last look is written anew
+  flush();
+}
 
 NotesEntry NotesStore::entry(const std::string& id) const {
   NotesEntryPtr found;
@@ -109,6 +112,7 @@ void NotesStore::mutate(const std::string& id, const std::function<void(NotesEnt
     NotesEntry entry = old ? *old : NotesEntry{};
     change(entry);
     entry.title = NotesText::clean(entry.title);
+    if (entry.memo && NotesText::stripped(*entry.memo).empty()) entry.memo = std::nullopt;
     entry.updated = secondsSince1970(clock_());
     const RemovedText title{id, RemovedText::Kind::title, old ? old->title.value_or("") : "",
                             entry.updated};
@@ -116,6 +120,9 @@ void NotesStore::mutate(const std::string& id, const std::function<void(NotesEnt
     removed = memory_.edit(id, std::move(entry));
     if (titleRemoved && std::find(removed.begin(), removed.end(), title) == removed.end()) {
       removed.push_back(title);
+    }
+    for (const auto& text : removed) {
+      if (text.kind == RemovedText::Kind::memo) loggedMemos_[id] = text.text;
     }
     dirty_ = true;
   }
@@ -137,37 +144,44 @@ bool NotesStore::carry(const std::string& from, const std::string& to) {
 
 void NotesStore::memoEditEnded(const std::string& id, const std::string& original) {
   const auto before = NotesText::stripped(original);
+  {
+    const std::lock_guard lock(lock_);
+    const auto logged = loggedMemos_.extract(id);
+    if (logged && logged.mapped() == original) return;
+  }
   const auto memo = entry(id).memo.value_or("");
   if (before.empty() || before == NotesText::stripped(memo)) return;
   appendRemoved({{id, RemovedText::Kind::memo, original, secondsSince1970(clock_())}});
 }
 
 void NotesStore::appendRemoved(const std::vector<RemovedText>& removed) {
-  if (removed.empty()) return;
-  {
-    const std::lock_guard lock(lock_);
-    if (!mayWrite()) return;
-  }
+  if (removed.empty() || !mayWriteNow()) return;
   io_.post([this, removed] {
     for (const auto& text : removed) unlogged_ += removedLine(text);
-    writeLog();
+    (void)writeLog();
   });
 }
 
 /// On the queue. What cannot be written now goes with the next save.
-void NotesStore::writeLog() {
-  if (unlogged_.empty()) return;
+std::error_code NotesStore::writeLog() {
+  if (unlogged_.empty()) return {};
   (void)folder_.make();
-  if (!folder_.appendToLog(unlogged_)) unlogged_.clear();
+  const auto failed = folder_.appendToLog(unlogged_);
+  if (!failed) unlogged_.clear();
+  return failed;
 }
 
-/// On the queue, before the file loses them; once, however often the save is tried.
-void NotesStore::logLost(const std::vector<RemovedText>& lost) {
+/// On the queue, before the file or memory loses them, which must not happen after a failure; once,
+/// however often the save is tried, and not when somebody else did.
+std::error_code NotesStore::logLost(const std::vector<RemovedText>& lost) {
+  const auto log = lost.empty() ? "" : folder_.readLog();
   for (const auto& text : lost) {
-    if (std::find(lost_.begin(), lost_.end(), text) == lost_.end()) unlogged_ += removedLine(text);
+    const bool again = std::find(lost_.begin(), lost_.end(), text) != lost_.end();
+    if (!again && !holds(log, text)) unlogged_ += removedLine(text);
   }
   lost_ = lost;
-  writeLog();
+  const auto failed = writeLog();
+  return lost.empty() ? std::error_code() : failed;
 }
 
 void NotesStore::scheduleSave() {
@@ -214,7 +228,7 @@ void NotesStore::writeNow() {
     if (wanted) changes = memory_.changes();
   }
   if (!wanted) {
-    writeLog();
+    (void)writeLog();
     return;
   }
   const auto failed = write(changes);
@@ -242,7 +256,7 @@ std::error_code NotesStore::writeMerged(const NotesChanges& changes) {
   const bool changedByOther = main.state == NotesFolder::Main::State::good;
   // A file that is gone or damaged tells nothing about what was removed.
   auto merge = mergeNotes(known_, changedByOther ? std::move(main.notes) : known_, changes);
-  logLost(merge.lost);
+  if (const auto failed = logLost(merge.lost)) return failed;
   const auto bytes = encodeNotes(merge.notes);
   if (const auto failed = folder_.replaceMain(bytes, main)) return failed;
 
@@ -275,6 +289,11 @@ void NotesStore::retryLater() {
   });
 }
 
+NotesChanges NotesStore::unsaved() const {
+  const std::lock_guard lock(lock_);
+  return memory_.changes();
+}
+
 bool NotesStore::reloadIfChanged() {
   const auto identity = folder_.mainIdentity();
   {
@@ -291,13 +310,23 @@ bool NotesStore::reload() {
   auto main = folder_.readMain(fingerprint_);
   NotesNews news;
   if (main.state == NotesFolder::Main::State::good) {
-    news = mergeNotes(known_, main.notes, {}).news;
+    auto merge = mergeNotes(known_, main.notes, unsaved());
+    // What cannot be logged stays in memory; the next look tries again.
+    if (mayWriteNow() && logLost(merge.lost)) return false;
+    news = std::move(merge.news);
     known_ = std::move(main.notes);
     fingerprint_ = main.fingerprint;
   }
-  const std::lock_guard lock(lock_);
-  seen_ = main.identity;
-  memory_.take(news);
+  // Then the newest words may be in memory only, so they are saved, or the user hears that they
+  // cannot be.
+  const bool broken = !main.isGood() && !known_.empty();
+  {
+    const std::lock_guard lock(lock_);
+    seen_ = main.identity;
+    memory_.take(news);
+    if (broken) dirty_ = true;
+  }
+  if (broken) scheduleSave();
   return !news.empty();
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -69,15 +70,20 @@ class NotesStore {
  private:
   void mutate(const std::string& id, const std::function<void(NotesEntry&)>& change);
   void appendRemoved(const std::vector<RemovedText>& removed);
-  void writeLog();
-  void logLost(const std::vector<RemovedText>& lost);
+  std::error_code writeLog();
+  std::error_code logLost(const std::vector<RemovedText>& lost);
   void writeNow();
   std::error_code write(const NotesChanges& changes);
   std::error_code writeMerged(const NotesChanges& changes);
   void retryLater();
   bool reload();
+  NotesChanges unsaved() const;
   void runOnQueue(const std::function<void()>& task);
   bool mayWrite() const { return writable_ && !readOnly_; }
+  bool mayWriteNow() const {
+    const std::lock_guard lock(lock_);
+    return mayWrite();
+  }
 
   const Clock clock_;
   const Seconds saveDelay_;
@@ -91,6 +97,7 @@ class NotesStore {
   bool readOnly_;
   std::optional<std::string> problem_;
   ProblemObserver onProblem_;
+  std::map<std::string, std::string> loggedMemos_;  ///< of others, logged when they were replaced
   std::uint64_t pending_ = 0;         ///< number of the scheduled save; all earlier ones are void
   std::optional<FileIdentity> seen_;  ///< the main file as it was last read or written
 
