@@ -116,6 +116,11 @@ class SystemDisk : public NotesDisk {
     const int flags = O_RDWR | O_APPEND | O_CREAT | O_NONBLOCK | O_CLOEXEC;
     const int fd = open(path.c_str(), flags, 0600);
     if (fd < 0) return lastError();
+    struct stat info {};
+    if (fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) {
+      close(fd);
+      return std::make_error_code(std::errc::no_such_device_or_address);
+    }
     return finish(fd, endsOpen(fd) ? '\n' + std::string(bytes) : std::string(bytes));
   }
 

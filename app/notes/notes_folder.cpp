@@ -79,12 +79,21 @@ NotesFolder::Loaded NotesFolder::loadBackup(const Main& main, NotesAccess access
 
 /// Removes what interrupted saves left, once it is certain that no save is still at it.
 void NotesFolder::cleanTemp() {
-  for (const auto& name : disk_->list(dir_)) {
-    if (!name.starts_with(temporaryPrefix) && name != backupTemporary) continue;
-    const auto identity = disk_->identity(path(name));
+  cleanTemp(dir_);
+  // Where the main file is a link, its temporary files lie beside what it leads to.
+  const auto real = folderOf(disk_->resolved(mainFile()));
+  if (real != dir_) cleanTemp(real);
+}
+
+void NotesFolder::cleanTemp(const std::string& folder) {
+  for (const auto& name : disk_->list(folder)) {
+    const bool isBackup = folder == dir_ && name == backupTemporary;
+    if (!name.starts_with(temporaryPrefix) && !isBackup) continue;
+    const auto path = folder + '/' + name;
+    const auto identity = disk_->identity(path);
     if (!identity) continue;
     const Time modified = timeAt(static_cast<double>(identity->modified) / 1e9);
-    if (clock_() - modified > staleAfter) (void)disk_->remove(path(name));
+    if (clock_() - modified > staleAfter) (void)disk_->remove(path);
   }
 }
 

@@ -80,6 +80,7 @@ class NotesFolder {
   std::string backupFile() const { return path("notes.bak.json"); }
   std::string logFile() const { return path("removed-notes.jsonl"); }
   void cleanTemp();
+  void cleanTemp(const std::string& folder);
   Loaded loadBackup(const Main& main, NotesAccess access);
   bool keepCorrupt(const std::string& base, NotesAccess access);
   std::error_code rotateBackup(const Main& current);

@@ -196,6 +196,8 @@ TEST(NotesFolder, WritesThroughALinkAndKeepsPermissions) {
   const auto real = elsewhere.write("mine.json", fileWith("처음"));
   fs::permissions(real, fs::perms(0640));
   fs::create_symlink(real, folder.path("notes.json"));
+  const auto left = elsewhere.write("notes.json.sb-7-0", "x");
+  fs::last_write_time(left, fs::file_time_type::clock::now() - std::chrono::hours(2));
   {
     NotesStore store(manual(folder));
     store.setMemo("s1", "다음");
@@ -206,6 +208,7 @@ TEST(NotesFolder, WritesThroughALinkAndKeepsPermissions) {
   EXPECT_THAT(elsewhere.read("mine.json"), testing::HasSubstr("다음"));
   EXPECT_EQ(fs::status(real).permissions(), fs::perms(0640));
   EXPECT_EQ(folder.read("notes.bak.json"), fileWith("처음"));
+  EXPECT_FALSE(fs::exists(left));
 }
 
 TEST(NotesFolder, TakesAMemoOfMegabytes) {
@@ -215,6 +218,19 @@ TEST(NotesFolder, TakesAMemoOfMegabytes) {
   NotesStore store(manual(folder));
   EXPECT_FALSE(store.problem());
   EXPECT_TRUE(store.entry("s1").memo == memo);
+}
+
+TEST(RemovedLog, IsNotPouredIntoAPipe) {
+  const TemporaryFolder folder;
+  NotesStore store(manual(folder));
+  store.setTitle("s1", "이름");
+  ASSERT_EQ(mkfifo(folder.path("removed-notes.jsonl").c_str(), 0600), 0);
+  store.setTitle("s1", std::nullopt);
+  store.flush();
+  EXPECT_FALSE(store.problem());
+  fs::remove(folder.path("removed-notes.jsonl"));
+  store.flush();
+  EXPECT_THAT(folder.read("removed-notes.jsonl"), testing::HasSubstr("이름"));
 }
 
 TEST(FailingDisk, LogsEachRemovedTextOnceItCan) {

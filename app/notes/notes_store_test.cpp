@@ -30,7 +30,9 @@ NotesEntry onDisk(const TemporaryFolder& folder, const std::string& id) {
 
 TEST(NotesSelfTest, PassesEveryScenario) {
   std::ostringstream out;
-  EXPECT_TRUE(runNotesSelfTest(out)) << out.str();
+  std::ostringstream errors;
+  EXPECT_TRUE(runNotesSelfTest(out, errors)) << out.str();
+  EXPECT_EQ(errors.str(), "");
   EXPECT_THAT(out.str(), testing::StartsWith("통과 처음엔 비어 있고 문제 없음\n"));
   EXPECT_THAT(out.str(), testing::Not(HasSubstr("실패")));
 }
