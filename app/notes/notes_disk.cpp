@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
+#include <new>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -75,7 +76,11 @@ class SystemDisk : public NotesDisk {
   }
 
   std::optional<std::string> read(const std::string& path) const override {
-    return readFile(path, largestNotesFile);
+    try {
+      return readFile(path, largestNotesFile);
+    } catch (const std::bad_alloc&) {
+      return std::nullopt;
+    }
   }
 
   std::vector<std::string> list(const std::string& folder) const override {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <new>
 #include <unistd.h>
 
 #include "core/localization.h"
@@ -40,9 +41,13 @@ NotesFolder::Main NotesFolder::readMain(std::optional<std::size_t> known) const 
     main.state = State::known;
     return main;
   }
-  auto notes = decodeNotes(main.bytes);
-  main.state = notes ? State::good : State::damaged;
-  if (notes) main.notes = std::move(*notes);
+  try {
+    auto notes = decodeNotes(main.bytes);
+    main.state = notes ? State::good : State::damaged;
+    if (notes) main.notes = std::move(*notes);
+  } catch (const std::bad_alloc&) {
+    main.state = State::unreadable;  // it may be good
+  }
   return main;
 }
 
@@ -60,10 +65,18 @@ NotesFolder::Loaded NotesFolder::load(NotesAccess access) {
   return loaded;
 }
 
+std::optional<NotesMap> NotesFolder::readBackup() const {
+  const auto bytes = disk_->read(backupFile());
+  try {
+    return bytes ? decodeNotes(*bytes) : std::nullopt;
+  } catch (const std::bad_alloc&) {
+    return std::nullopt;
+  }
+}
+
 NotesFolder::Loaded NotesFolder::loadBackup(const Main& main, NotesAccess access) {
   const bool kept = main.state == State::missing || keepCorrupt("notes", access);
-  const auto backup = disk_->read(backupFile());
-  auto notes = backup ? decodeNotes(*backup) : std::nullopt;
+  const auto notes = readBackup();
   if (!notes) {
     if (disk_->exists(backupFile())) (void)keepCorrupt("notes.bak", access);
     return {.writable = false,
@@ -74,7 +87,7 @@ NotesFolder::Loaded NotesFolder::loadBackup(const Main& main, NotesAccess access
   const auto problem =
       kept ? "메모 파일이 깨져서 백업에서 읽었어요. 깨진 파일은 따로 보관했어요 (%@)."
            : "메모 파일을 읽지 못해 백업을 보여 주고 있어요. 원본을 지키려고 저장은 멈췄어요 (%@).";
-  return {.notes = std::move(*notes), .writable = kept, .problem = LF(problem, {dir_})};
+  return {.notes = *notes, .writable = kept, .problem = LF(problem, {dir_})};
 }
 
 /// Removes what interrupted saves left, once it is certain that no save is still at it.

@@ -81,6 +81,7 @@ class NotesFolder {
   std::string logFile() const { return path("removed-notes.jsonl"); }
   void cleanTemp();
   void cleanTemp(const std::string& folder);
+  std::optional<NotesMap> readBackup() const;
   Loaded loadBackup(const Main& main, NotesAccess access);
   bool keepCorrupt(const std::string& base, NotesAccess access);
   std::error_code rotateBackup(const Main& current);

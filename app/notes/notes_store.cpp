@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <future>
+#include <new>
 #include <utility>
 
 #include "core/localization.h"
@@ -25,6 +26,7 @@ std::string described(const std::error_code& failed) {
   if (failed == std::errc::read_only_file_system) return L("읽기 전용 디스크예요");
   if (failed == std::errc::io_error) return L("디스크를 읽거나 쓰지 못했어요");
   if (failed == std::errc::file_too_large) return L("메모가 너무 커요");
+  if (failed == std::errc::not_enough_memory) return L("컴퓨터에 남은 메모리가 없어요");
   if (failed == std::errc::not_a_directory) return L("폴더 자리에 다른 것이 있어요");
   if (failed == std::errc::is_a_directory || failed == std::errc::file_exists ||
       failed == std::errc::no_such_device_or_address) {
@@ -231,13 +233,21 @@ void NotesStore::writeNow() {
     (void)writeLog();
     return;
   }
-  const auto failed = write(changes);
+  const auto failed = written(changes);
   if (!failed) {
     setProblem(std::nullopt);
     return;
   }
   setProblem(LF("메모를 저장하지 못했어요. 5초 뒤 다시 시도해요 (%@)", {described(failed)}));
   retryLater();
+}
+
+std::error_code NotesStore::written(const NotesChanges& changes) {
+  try {
+    return write(changes);
+  } catch (const std::bad_alloc&) {
+    return std::make_error_code(std::errc::not_enough_memory);
+  }
 }
 
 /// On the queue: one save from end to end.

@@ -73,6 +73,7 @@ class NotesStore {
   std::error_code writeLog();
   std::error_code logLost(const std::vector<RemovedText>& lost);
   void writeNow();
+  std::error_code written(const NotesChanges& changes);
   std::error_code write(const NotesChanges& changes);
   std::error_code writeMerged(const NotesChanges& changes);
   void retryLater();
