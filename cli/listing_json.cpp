@@ -40,6 +40,7 @@ OrderedJson jsonOf(const ZelvaneSession& row) {
   return {{"id", row.id},
           {"pid", row.pid},
           {"tty", orNull(row.tty)},
+          {"terminal", row.terminal},
           {"cwd", row.cwd},
           {"title", row.title},
           {"subtitle", row.subtitle},

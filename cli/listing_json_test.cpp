@@ -12,6 +12,7 @@ ZelvaneSession fullRow() {
   row.id = "s1";
   row.pid = 7;
   row.tty = "/dev/pts/3";
+  row.terminal = "xterm";
   row.cwd = "/p";
   row.title = "제목";
   row.subtitle = "b";
@@ -37,11 +38,11 @@ TEST(ListingJson, HasEveryFieldInOrder) {
   EXPECT_EQ(
       listingJson(listing, JsonLayout::oneLine),
       R"({"v":1,"at":2000000000.0,"sessions":[)"
-      R"({"id":"s1","pid":7,"tty":"/dev/pts/3","cwd":"/p","title":"제목","subtitle":"b",)"
+      R"({"id":"s1","pid":7,"tty":"/dev/pts/3","terminal":"xterm","cwd":"/p","title":"제목","subtitle":"b",)"
       R"("state":"working","since":1999999990.5,"progress":{"done":2,"total":5},"friend":4,)"
       R"("claudeTitle":"c","renamed":true,"memo":"m","model":"Opus 4.1","effort":"high",)"
       R"("suggestedEffort":"low","pinned":true,"today":true},)"
-      R"({"id":"","pid":0,"tty":null,"cwd":"","title":"","subtitle":"","state":"idle",)"
+      R"({"id":"","pid":0,"tty":null,"terminal":"","cwd":"","title":"","subtitle":"","state":"idle",)"
       R"("since":null,"progress":null,"friend":0,"claudeTitle":"","renamed":false,"memo":null,)"
       R"("model":"","effort":"","suggestedEffort":"","pinned":false,"today":false}],)"
       R"("pendingRestore":[{"sid":"x"}],"recentClosed":[]})"

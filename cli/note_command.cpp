@@ -8,10 +8,8 @@
 #include "core/unicode.h"
 
 #include "app/notes/notes_store.h"
-#include "cli/listing.h"
 #include "cli/output.h"
-#include "cli/row_choice.h"
-#include "cli/text_layout.h"
+#include "cli/row_command.h"
 
 namespace zelvane::cli {
 namespace {
@@ -69,13 +67,7 @@ ExitCode apply(Note note, const ZelvaneSession& row, const std::optional<std::st
 }  // namespace
 
 ExitCode changeNote(Note note, const std::string& row, const std::optional<std::string>& text) {
-  const auto chosen = chosenRow(currentListing().sessions, row);
-  if (const auto* session = std::get_if<ZelvaneSession>(&chosen))
-    return apply(note, *session, text);
-  return fail(LF(std::get<NoRow>(chosen) == NoRow::ambiguous
-                     ? "'%@' 로 시작하는 탭이 여럿이에요. 더 길게 써 주세요."
-                     : "'%@' 에 맞는 탭이 없어요. zelvane list 로 번호를 볼 수 있어요.",
-                 {printable(row)}));
+  return onRow(row, [&](const ZelvaneSession& session) { return apply(note, session, text); });
 }
 
 }  // namespace zelvane::cli

@@ -1,6 +1,7 @@
 #include "core/user_defaults.h"
 
 #include <filesystem>
+#include <sys/stat.h>
 
 #include "core/file_lock.h"
 #include "core/paths.h"
@@ -40,6 +41,16 @@ void FileDefaults::remove(const std::string& key) {
   change([&](Json& settings) { settings.erase(key); });
 }
 
+/// The file is replaced as a whole: a new one has another inode or time.
+std::uint64_t FileDefaults::version() const {
+  struct stat info {};
+  if (stat(path_.c_str(), &info) != 0) return 0;
+  std::error_code failed;
+  const auto time = fs::last_write_time(path_, failed).time_since_epoch().count();
+  return static_cast<std::uint64_t>(time) ^ info.st_ino << 1 ^
+         static_cast<std::uint64_t>(info.st_size) << 40;
+}
+
 void FileDefaults::change(const std::function<void(Json& settings)>& edit) {
   const std::lock_guard alone(writing_);
   std::error_code failed;
@@ -77,11 +88,18 @@ Json MemoryDefaults::values() const {
 void MemoryDefaults::set(const std::string& key, const Json& value) {
   const std::lock_guard lock(mutex_);
   values_[key] = value;
+  ++version_;
 }
 
 void MemoryDefaults::remove(const std::string& key) {
   const std::lock_guard lock(mutex_);
   values_.erase(key);
+  ++version_;
+}
+
+std::uint64_t MemoryDefaults::version() const {
+  const std::lock_guard lock(mutex_);
+  return version_;
 }
 
 }  // namespace zelvane

@@ -1,6 +1,7 @@
 // Saved settings: typed values under names.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -22,6 +23,8 @@ class UserDefaults {
   /// Saves the value. A failure is silent: settings are a convenience.
   virtual void set(const std::string& key, const Json& value) = 0;
   virtual void remove(const std::string& key) = 0;
+  /// A number that changes with the values, whoever changes them.
+  virtual std::uint64_t version() const = 0;
 };
 
 /// Settings in one JSON file. Several processes may write it: a write takes the file's lock and
@@ -33,6 +36,7 @@ class FileDefaults : public UserDefaults {
   Json values() const override;
   void set(const std::string& key, const Json& value) override;
   void remove(const std::string& key) override;
+  std::uint64_t version() const override;
 
   /// The file of this user's settings: zelvane/settings.json in the XDG configuration folder.
   static std::string standardPath();
@@ -53,9 +57,11 @@ class MemoryDefaults : public UserDefaults {
   Json values() const override;
   void set(const std::string& key, const Json& value) override;
   void remove(const std::string& key) override;
+  std::uint64_t version() const override;
 
  private:
   mutable std::mutex mutex_;
+  std::uint64_t version_ = 1;
   Json values_ = Json::object();
 };
 

@@ -21,6 +21,10 @@ std::optional<ProcessInfo> processInfo(std::int32_t pid);
 /// The process's first argument (argv[0]) as it was started; nothing when empty or not readable.
 std::optional<std::string> firstArgument(std::int32_t pid);
 
+/// The first 4 KiB of the words that the process was started with, a word that is cut left out;
+/// empty when not readable.
+std::vector<std::string> arguments(std::int32_t pid);
+
 /// All process ids of the moment, in no promised order.
 std::vector<std::int32_t> processIds();
 

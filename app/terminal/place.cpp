@@ -111,6 +111,14 @@ bool isUnder(const Place& place, std::int32_t pid) {
                      [&](const Ancestor& one) { return one.pid == pid; });
 }
 
+std::string terminalProgram(const Place& place) {
+  const auto name = place.owner().name;
+  if (isTmuxServer(name)) return "tmux";
+  if (!drawsTerminals(name)) return "";
+  // The one whose server's name the kernel cuts.
+  return name == "gnome-terminal-" ? "gnome-terminal" : name;
+}
+
 bool isTmuxServer(std::string_view name) {
   // One system names the server apart from its clients, the other does not; clients have no
   // children that sit on a tty of their own.

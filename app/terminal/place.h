@@ -58,6 +58,10 @@ bool drawsAnyTTY(const ProcessWorld& world, std::int32_t pid);
 /// Whether the process is among the place's ancestors.
 bool isUnder(const Place& place, std::int32_t pid);
 
+/// The program that draws the place's tab, or "tmux", as one calls it; empty when the walk ended at
+/// neither.
+std::string terminalProgram(const Place& place);
+
 /// Whether the name is that of a tmux server.
 bool isTmuxServer(std::string_view name);
 

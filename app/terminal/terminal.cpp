@@ -38,9 +38,10 @@ Terminal::JumpResult Terminal::jump(const std::string& tty, std::int32_t pid) {
 }
 
 Terminal::OpenResult Terminal::open(const std::string& folder, const std::vector<std::string>& argv,
-                                    const std::optional<Session>& near) {
+                                    const std::optional<Session>& near,
+                                    const std::string& program) {
   const std::lock_guard lock(wishes_->mutex);
-  return wishes_->set->open({folder, argv}, near);
+  return wishes_->set->open({folder, argv, program}, near);
 }
 
 std::vector<Support> Terminal::support(const std::vector<Session>& sessions) {

@@ -53,9 +53,11 @@ class Terminal {
   /// Shows the session's tab and raises its window. Not ok when it could do less than that.
   JumpResult jump(const std::string& tty, std::int32_t pid);
   /// Runs the command in the folder in a new tab: in the terminal of the session when one is given,
-  /// else in whatever terminal there is. Ok means that the terminal was told to.
+  /// else in a new one of the program, else in whatever terminal there is. Ok means that the
+  /// terminal was told to.
   OpenResult open(const std::string& folder, const std::vector<std::string>& argv,
-                  const std::optional<Session>& near = std::nullopt);
+                  const std::optional<Session>& near = std::nullopt,
+                  const std::string& program = {});
   /// One entry for each terminal program that the sessions lie in.
   std::vector<Support> support(const std::vector<Session>& sessions);
 

@@ -24,6 +24,7 @@ struct SelectedTab {
 struct OpenRequest {
   std::string folder;
   std::vector<std::string> argv;
+  std::string program{};  ///< rather in this terminal program, when a new one is started
 };
 
 /// What can be done with one terminal program as it is set up now.

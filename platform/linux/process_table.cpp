@@ -78,6 +78,17 @@ std::optional<std::string> firstArgument(std::int32_t pid) {
   return arguments.substr(0, end);
 }
 
+std::vector<std::string> arguments(std::int32_t pid) {
+  std::vector<std::string> words;
+  if (pid < 1) return words;
+  const std::string bytes = readProcFile(pid, "cmdline");
+  for (std::size_t begin = 0, end = 0; (end = bytes.find('\0', begin)) != bytes.npos;
+       begin = end + 1) {
+    words.push_back(bytes.substr(begin, end - begin));
+  }
+  return words;
+}
+
 std::vector<std::int32_t> processIds() {
   std::vector<std::int32_t> ids;
   DIR* folder = opendir("/proc");

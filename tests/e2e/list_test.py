@@ -59,6 +59,34 @@ class ListTest(unittest.TestCase):
         result = machine.run("list", "--json", limit=220 << 20)
         self.assertEqual([row["id"] for row in json.loads(result.stdout)["sessions"]], ["good"])
 
+    def test_models_come_from_the_ends_of_transcripts(self):
+        machine = self.machine
+        projects = machine.home / ".claude/projects/-home-me-proj"
+        projects.mkdir(parents=True)
+        answer = {"message": {"model": "claude-opus-4-1-20250805", "content": [
+            {"type": "text", "text": "지금 작업은 **HIGH** 로 충분해요."}]},
+            "type": "assistant", "effort": "max"}
+        line = json.dumps(answer, ensure_ascii=False).encode() + b"\n"
+        for session in ("found", "told", "pipe", "device", "one-line"):
+            machine.write_session(machine.start_claude(), session, status="idle")
+        with open(projects / "found.jsonl", "wb") as file:
+            file.truncate(3 << 30)
+            file.seek(0, os.SEEK_END)
+            file.write(b"\n" + line + b'{"type":"attachment","x":"' + b"." * 80_000 + b'"}\n')
+        (machine.home / "elsewhere.jsonl").write_bytes(line)
+        machine.write_record("told", transcript_path=str(machine.home / "elsewhere.jsonl"))
+        os.mkfifo(projects / "pipe.jsonl")
+        machine.write_record("device", transcript_path="/dev/zero")
+        with open(projects / "one-line.jsonl", "wb") as file:
+            file.write(b'{"x":"')
+            file.truncate(200 << 20)
+        rows = json.loads(machine.run("list", "--json", limit=220 << 20).stdout)["sessions"]
+        told = {row["id"]: (row["model"], row["effort"], row["suggestedEffort"]) for row in rows}
+        known, unknown = ("Opus 4.1", "max", "high"), ("", "", "")
+        self.assertEqual(told, {"found": known, "told": known, "pipe": unknown, "device": unknown,
+                                "one-line": unknown})
+        self.assertEqual(len({row["friend"] for row in rows}), 5)
+
     def test_list_writes_nothing(self):
         machine = self.machine
         machine.write_session(machine.start_claude(), "a")

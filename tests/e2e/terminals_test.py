@@ -143,6 +143,7 @@ class TmuxAloneTest(TerminalsTest):
         missing = probe.ask("open", *session, f"{folder}-none", command)[0]
         self.assertFalse(missing["ok"])
         self.assertIn("-none", missing["reason"])
+        self.assertFalse(probe.ask("open", 0, "-", folder, command)[0]["ok"], "no display")
 
 
 class WindowsTest(TerminalsTest):

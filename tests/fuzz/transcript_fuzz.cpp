@@ -52,14 +52,16 @@ void compareWithParser(std::string_view text) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
   compareWithParser(bytes.substr(0, bytes.find('\n')));
-  const auto found = tailFindings(bytes);
+  const auto found = tailFindings(bytes, SuggestedBefore::yes);
+  if (tailFindings(bytes, SuggestedBefore::no).info != found.info) std::abort();
   for (const char c : found.info.suggestedEffort) {
     if (c < 'a' || c > 'z') std::abort();
   }
   if (found.info.effort.size() > 32 || found.info.model.size() > 200) std::abort();
   // A line that nobody finished changes nothing.
   if (!bytes.empty() && bytes.back() == '\n' &&
-      tailFindings(std::string(bytes) + R"({"type":"user","message":{"content":")") != found) {
+      tailFindings(std::string(bytes) + R"({"type":"user","message":{"content":")",
+                   SuggestedBefore::yes) != found) {
     std::abort();
   }
   return 0;

@@ -35,6 +35,7 @@ struct ZelvaneSession {
   std::string id;  ///< Claude Code's session id; two rows can share one, their pids differ
   std::int32_t pid = 0;
   std::optional<std::string> tty;  ///< terminal device path, "/dev/…"
+  std::string terminal;            ///< program that draws the tab, or "tmux"; empty when unknown
   std::string cwd;                 ///< working folder, empty when unknown
   std::string title;               ///< the user's title when there is one, else `claudeTitle`
   std::string subtitle;

@@ -11,9 +11,11 @@
 #include "app/hook/record_file.h"
 #include "app/hook/upkeep.h"
 #include "app/model/family/family.h"
+#include "app/model/records/row_text.h"
 #include "app/model/records/session_files.h"
 #include "app/model/refresh/row_rules.h"
 #include "app/model/transcripts/transcript_reader.h"
+#include "app/terminal/place.h"
 
 namespace zelvane {
 namespace {
@@ -53,6 +55,17 @@ bool frontMatters(const RefreshInputs& inputs, Time now) {
     return finishedUnseen(live.proc, live.hook,
                           known ? std::optional(timeAt(acked->second)) : std::nullopt, now);
   });
+}
+
+std::vector<TerminalSession> terminalSessions(const std::vector<LiveSession>& live) {
+  std::vector<TerminalSession> sessions;
+  for (const auto& session : live) sessions.push_back({session.proc.pid, session.tty});
+  return sessions;
+}
+
+TabTitles cleaned(TabTitles titles) {
+  for (auto& [tty, title] : titles) title = cleanTitle(title);
+  return titles;
 }
 
 std::set<std::string> ttysOf(const std::vector<LiveSession>& live) {
@@ -96,6 +109,18 @@ std::set<std::int32_t> aliveWithoutRow(const RefreshSources& sources, const Burs
   return alive;
 }
 
+/// Walks a session's parents once and remembers where that led.
+decltype(RefreshSources::terminalProgram) terminalProgramSource() {
+  using Key = std::pair<std::int32_t, std::string>;
+  return [known = std::make_shared<std::map<Key, std::string>>()](const TerminalSession& session) {
+    const auto [entry, isNew] = known->try_emplace({session.pid, session.tty});
+    if (isNew) {
+      entry->second = terminalProgram(placeOf(systemProcesses(), session.pid, session.tty));
+    }
+    return entry->second;
+  };
+}
+
 /// What the passes remember of transcripts lives as long as the function.
 decltype(RefreshSources::modelInfo) transcriptSource() {
   const auto reader = std::make_shared<TranscriptReader>(Paths::home() + "/.claude/projects",
@@ -107,7 +132,7 @@ decltype(RefreshSources::modelInfo) transcriptSource() {
 
 }  // namespace
 
-RefreshSources systemSources() {
+RefreshSources systemSources(const std::shared_ptr<Terminal>& terminal) {
   const auto pause = [](Seconds seconds) { std::this_thread::sleep_for(seconds); };
   RefreshSources sources;
   sources.home = Paths::home();
@@ -122,6 +147,9 @@ RefreshSources systemSources() {
     (void)changeRecord(RecordFolder::in(Paths::zelvane()), proc.sessionId,
                        [&](Json& record) { keepUp(record, wordOf(proc)); });
   };
+  sources.terminalProgram = terminalProgramSource();
+  sources.terminalTitles = [terminal](const auto& sessions) { return terminal->titles(sessions); };
+  sources.frontTTY = [terminal](const auto& sessions) { return terminal->frontTTY(sessions); };
   sources.modelInfo = transcriptSource();
   sources.folderExists = [](const std::string& folder) {
     std::error_code failed;
@@ -142,15 +170,18 @@ RefreshInputs gather(const RefreshSources& sources, const RefreshMemory& memory,
   inputs.choices = std::move(choices);
   inputs.home = sources.home;
   inputs.live = liveSessions(sources, now);
-  if (titlesWanted(memory, ttysOf(inputs.live), inputs.choices.visible, now) &&
-      sources.terminalRunning()) {
-    inputs.titles = sources.terminalTitles();
+  const auto sessions = terminalSessions(inputs.live);
+  if (titlesWanted(memory, ttysOf(inputs.live), inputs.choices.visible, now)) {
+    inputs.titles = cleaned(sources.terminalTitles(sessions));
   }
-  if (frontMatters(inputs, now)) inputs.frontTTY = sources.frontTTY();
+  if (frontMatters(inputs, now)) inputs.frontTTY = sources.frontTTY(sessions);
   inputs.notes = notesOf(sources, memory, inputs.live);
   for (auto& live : inputs.live) {
     live.model = sources.modelInfo(live.proc.sessionId,
                                    live.hook ? live.hook->transcriptPath : std::nullopt, now);
+  }
+  for (auto& live : inputs.live) {
+    live.terminal = sources.terminalProgram({live.proc.pid, live.tty});
   }
   inputs.pendingRestore =
       pendingItems(sources.rebootSnapshot(), idsOf(inputs.live), sources.folderExists);

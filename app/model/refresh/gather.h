@@ -2,11 +2,13 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "app/model/refresh/refresh_pass.h"
+#include "app/terminal/terminal.h"
 
 namespace zelvane {
 
@@ -19,9 +21,16 @@ struct RefreshSources {
   std::function<std::optional<HookRecord>(const std::string& id)> hookRecord;
   /// Rewrites the session's hook record to fit what the client says in its own file.
   std::function<void(const ClaudeProc&)> keepRecordUp = [](const auto&) {};
-  std::function<bool()> terminalRunning = [] { return false; };
-  std::function<TabTitles()> terminalTitles = [] { return TabTitles(); };
-  std::function<std::optional<std::string>()> frontTTY = [] { return std::nullopt; };
+  /// The program that draws a session's tab, or "tmux".
+  std::function<std::string(const TerminalSession&)> terminalProgram = [](const auto&) {
+    return "";
+  };
+  /// As the terminals have them.
+  std::function<TabTitles(const std::vector<TerminalSession>&)> terminalTitles = [](const auto&) {
+    return TabTitles();
+  };
+  std::function<std::optional<std::string>(const std::vector<TerminalSession>&)> frontTTY =
+      [](const auto&) { return std::nullopt; };
   std::function<NotesEntry(const std::string& id)> notes = [](const auto&) { return NotesEntry(); };
   /// `transcript`: the path, when the hook record tells it.
   std::function<ModelInfo(const std::string& id, const std::optional<std::string>& transcript,
@@ -36,8 +45,8 @@ struct RefreshSources {
 };
 
 /// The sources of this user's machine: the session files and hook records of `Paths`, the process
-/// table.
-RefreshSources systemSources();
+/// table, the terminals, transcripts.
+RefreshSources systemSources(const std::shared_ptr<Terminal>& terminal);
 
 /// Fetches the inputs of a pass. Terminals are asked only when the pass needs their answer.
 RefreshInputs gather(const RefreshSources& sources, const RefreshMemory& memory,

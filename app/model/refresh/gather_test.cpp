@@ -15,7 +15,6 @@ struct FakeMachine {
   std::vector<ClaudeProc> procs;
   std::map<std::int32_t, std::string> ttys;
   std::map<std::string, HookRecord> hooks;
-  bool terminal = true;
   std::vector<std::string> asked;
 
   RefreshSources sources() {
@@ -28,15 +27,12 @@ struct FakeMachine {
     doors.hookRecord = [this](const std::string& id) {
       return hooks.contains(id) ? std::optional(hooks[id]) : std::nullopt;
     };
-    doors.terminalRunning = [this] {
-      asked.push_back("running");
-      return terminal;
-    };
-    doors.terminalTitles = [this] {
+    doors.terminalTitles = [this](const auto& sessions) {
       asked.push_back("titles");
-      return TabTitles{{"/dev/pts/1", "tab"}};
+      EXPECT_EQ(sessions.size(), ttys.size());
+      return TabTitles{{"/dev/pts/1", "✳ tab"}};
     };
-    doors.frontTTY = [this] {
+    doors.frontTTY = [this](const auto&) {
       asked.push_back("front");
       return std::optional<std::string>("/dev/pts/1");
     };
@@ -100,15 +96,14 @@ TEST(Gather, AsksTerminalsOnlyWhenNeeded) {
   machine.asked.clear();
   machine.hooks["a"] = finished();
   const auto inputs = gather(machine.sources(), {}, {}, now);
-  EXPECT_TRUE(inputs.titles && inputs.frontTTY);
-  EXPECT_THAT(machine.asked, ElementsAre("running", "titles", "front", "notes a"));
+  EXPECT_TRUE(inputs.frontTTY);
+  EXPECT_EQ(inputs.titles, (TabTitles{{"/dev/pts/1", "tab"}})) << "without its glyph";
+  EXPECT_THAT(machine.asked, ElementsAre("titles", "front", "notes a"));
 
   machine.asked.clear();
-  machine.terminal = false;
   EXPECT_FALSE(
       gather(machine.sources(), {}, {.acked = {{"a", secondsSince1970(now)}}}, now).frontTTY);
-  EXPECT_THAT(machine.asked, ElementsAre("running", "notes a"))
-      << "no terminal runs, the turn was seen";
+  EXPECT_THAT(machine.asked, ElementsAre("titles", "notes a")) << "the turn was seen";
 }
 
 TEST(Gather, FetchesTheNotesThatMayMove) {
@@ -139,19 +134,6 @@ TEST(Gather, AsksForModelsWithTheRecordsPathAndForCharacters) {
   EXPECT_EQ(inputs.live.at(1).model, (ModelInfo{"b", "/t/b.jsonl", ""}));
   EXPECT_EQ(inputs.friendCount, 18U);
   EXPECT_EQ(inputs.chance, 7U);
-}
-
-TEST(Gather, HasNothingWhereNoSourceExistsYet) {
-  FakeMachine machine{
-      .procs = {{1, "a"}}, .ttys = {{1, "/dev/pts/1"}}, .hooks = {{"a", finished()}}};
-  auto sources = machine.sources();
-  const RefreshSources bare;
-  sources.terminalRunning = bare.terminalRunning;
-  sources.frontTTY = bare.frontTTY;
-  sources.notes = bare.notes;
-  const auto result = refreshPass(gather(sources, {}, {}, now), {}, now);
-  EXPECT_EQ(result.rows.at(0).state, ZelvaneState::done);
-  EXPECT_THAT(result.rows[0].model, IsEmpty());
 }
 
 }  // namespace

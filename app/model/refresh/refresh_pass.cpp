@@ -131,6 +131,7 @@ class RowBuilder {
     row.id = id;
     row.pid = live.proc.pid;
     row.tty = live.tty;
+    row.terminal = live.terminal;
     row.cwd = live.proc.cwd;
     row.state = state;
     row.since = since;

@@ -31,6 +31,7 @@ struct LiveSession {
   std::string tty;
   std::optional<HookRecord> hook;
   ModelInfo model{};
+  std::string terminal{};  ///< program that draws its tab, or "tmux"; empty when unknown
   /// The hook record's file says less than `hook`, which follows the client's newer word.
   bool recordOutdated = false;
 };

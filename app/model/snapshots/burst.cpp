@@ -12,7 +12,9 @@ constexpr int fewest = 2;
 std::map<std::string, Json> itemsOf(const std::vector<ZelvaneSession>& rows) {
   std::map<std::string, Json> items;
   for (const auto& row : rows) {
-    items[row.id] = {{"sid", row.id}, {"cwd", row.cwd}, {"title", row.title}, {"pid", row.pid}};
+    Json& item = items[row.id];
+    item = {{"sid", row.id}, {"cwd", row.cwd}, {"title", row.title}, {"pid", row.pid}};
+    if (!row.terminal.empty()) item["terminal"] = row.terminal;
   }
   return items;
 }

@@ -17,11 +17,13 @@ std::string signatureOf(const std::vector<ZelvaneSession>& rows) {
 }
 
 Json itemOf(const ZelvaneSession& row, Time now) {
-  return {{"sid", row.id},
-          {"cwd", row.cwd},
-          {"title", row.title},
-          {"busy", row.state == ZelvaneState::working},
-          {"last_seen", secondsSince1970(now)}};
+  Json item = {{"sid", row.id},
+               {"cwd", row.cwd},
+               {"title", row.title},
+               {"busy", row.state == ZelvaneState::working},
+               {"last_seen", secondsSince1970(now)}};
+  if (!row.terminal.empty()) item["terminal"] = row.terminal;
+  return item;
 }
 
 double lastSeen(const Json& item, double otherwise) {

@@ -1,5 +1,6 @@
 // The rolling snapshot of the open conversations, and what is made of it after a reboot. Pure.
-// Items are JSON objects as they stand in the files: "sid", "cwd", "title", "busy", "last_seen".
+// Items are JSON objects as they stand in the files: "sid", "cwd", "title", "busy", "last_seen",
+// and "terminal" when the program that drew the tab is known.
 #pragma once
 
 #include <functional>

@@ -29,6 +29,10 @@ void SnapshotFiles::markQuit(Time now) {
 
 std::optional<Json> SnapshotFiles::rebootSnapshot() const { return readJSON(rebootSnapshotPath()); }
 
+bool SnapshotFiles::hasRebootSnapshot() const {
+  return access(rebootSnapshotPath().c_str(), F_OK) == 0;
+}
+
 void SnapshotFiles::writeRebootSnapshot(const Json& snapshot) const {
   (void)JSONFile::writeAtomic(snapshot, rebootSnapshotPath());
 }

@@ -29,6 +29,7 @@ class SnapshotFiles {
   void markQuit(Time now);
 
   std::optional<Json> rebootSnapshot() const;
+  bool hasRebootSnapshot() const;
   void writeRebootSnapshot(const Json& snapshot) const;
   void removeRebootSnapshot() const;
 

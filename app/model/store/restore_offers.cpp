@@ -23,6 +23,8 @@ RestoreOffers::~RestoreOffers() {
 
 void RestoreOffers::follow(std::vector<Json> pending, const std::optional<std::vector<Json>>& burst,
                            const std::vector<ZelvaneSession>& rows) {
+  // Dismissed while the pass was looking.
+  if (!pending.empty() && !options_.files->hasRebootSnapshot()) pending.clear();
   setPending(std::move(pending));
   setRecent(recentClosedAfter(recentClosed_, burst, dismissedUntil_, rows, options_.clock()));
 }

@@ -45,4 +45,29 @@ SavedSettings savedSettings(const UserDefaults& userDefaults, Time now) {
   return settings;
 }
 
+std::vector<std::string> pinsToggled(std::vector<std::string> pins, const std::string& id) {
+  const auto found = std::find(pins.begin(), pins.end(), id);
+  if (found != pins.end()) {
+    pins.erase(found);
+  } else {
+    pins.push_back(id);
+  }
+  return pins;
+}
+
+bool mergeAcked(std::map<std::string, double>& acked, const std::map<std::string, double>& others) {
+  bool changed = false;
+  for (const auto& [id, at] : others) {
+    auto& own = acked.try_emplace(id, 0).first->second;
+    changed = changed || at > own;
+    own = std::max(own, at);
+  }
+  return changed;
+}
+
+void saveAcked(UserDefaults& userDefaults, std::map<std::string, double> acked, Time now) {
+  mergeAcked(acked, savedSettings(userDefaults, now).acked);
+  userDefaults.set("acked", acked);
+}
+
 }  // namespace zelvane

@@ -25,4 +25,13 @@ struct SavedSettings {
 /// Reads them; a value of another type counts as absent.
 SavedSettings savedSettings(const UserDefaults& userDefaults, Time now);
 
+/// The pins with the session at their end, or without it when it was pinned.
+std::vector<std::string> pinsToggled(std::vector<std::string> pins, const std::string& id);
+
+/// Adds acknowledgements, the later of two for one session; whether that changed anything.
+bool mergeAcked(std::map<std::string, double>& acked, const std::map<std::string, double>& others);
+
+/// Saves acknowledgements together with those that others have saved.
+void saveAcked(UserDefaults& userDefaults, std::map<std::string, double> acked, Time now);
+
 }  // namespace zelvane

@@ -15,7 +15,8 @@ namespace zelvane {
 ZelvaneStore::Options ZelvaneStore::systemOptions(std::shared_ptr<UserDefaults> defaults,
                                                   Executor mainThread) {
   const auto program = Bundle::auxiliaryExecutable("zelvane");
-  return {.sources = systemSources(),
+  const auto terminal = std::make_shared<Terminal>();
+  return {.sources = systemSources(terminal),
           .defaults = std::move(defaults),
           .mainThread = std::move(mainThread),
           .clock = systemTime,
@@ -24,6 +25,8 @@ ZelvaneStore::Options ZelvaneStore::systemOptions(std::shared_ptr<UserDefaults> 
           .hookSessions = Paths::hookSessions(),
           .watchedFolders = {Paths::claudeSessions(), Paths::hookSessions()},
           .restoreCommand = program ? restoreCommand(*program) : nullptr,
+          .jump = [terminal](const std::string& tty,
+                             std::int32_t pid) { (void)terminal->jump(tty, pid); },
           .bootTime = Procs::bootTime};
 }
 
@@ -41,6 +44,7 @@ ZelvaneStore::ZelvaneStore(Options options)
       notes_(std::make_unique<NotesStore>(NotesStore::Options{
           .dir = options_.notesDir, .readOnly = readOnly_, .clock = options_.clock})),
       q_("zelvane.refresh") {
+  settingsVersion_ = options_.defaults->version();
   auto saved = savedSettings(*options_.defaults, options_.clock());
   theme_ = saved.theme;
   anchorTop_ = saved.anchorTop;
@@ -186,8 +190,26 @@ void ZelvaneStore::publish(std::vector<ZelvaneSession> rows, std::vector<Json> p
     notify(Change::sessions);
   }
   offers_->follow(std::move(pending), burst, sessions_);
+  followSettings();
   setEditing(editingAfter(editing_, sessions_));
   notify(Change::passed);
+}
+
+/// Takes over what a command has acknowledged or pinned meanwhile.
+void ZelvaneStore::followSettings() {
+  const auto version = options_.defaults->version();
+  if (std::exchange(settingsVersion_, version) == version) return;
+  const auto saved = savedSettings(*options_.defaults, options_.clock());
+  bool changed = saved.pinned != pinned_;
+  pinned_ = saved.pinned;
+  {
+    const std::lock_guard lock(lock_);
+    shared_.pins = pinned_;
+    changed = mergeAcked(shared_.acked, saved.acked) || changed;
+  }
+  if (!changed) return;
+  notify(Change::pinned);
+  refreshNow();
 }
 
 void ZelvaneStore::notify(Change change) {
@@ -232,14 +254,7 @@ void ZelvaneStore::endEditing(const std::optional<std::string>& key) {
 }
 
 void ZelvaneStore::togglePin(const ZelvaneSession& session) {
-  auto pinned = pinned_;
-  const auto found = std::find(pinned.begin(), pinned.end(), session.id);
-  if (found != pinned.end()) {
-    pinned.erase(found);
-  } else {
-    pinned.push_back(session.id);
-  }
-  setPinned(std::move(pinned));
+  setPinned(pinsToggled(pinned_, session.id));
   refreshNow();
 }
 
@@ -298,7 +313,8 @@ void ZelvaneStore::acknowledge(const std::string& id) {
   }
   options_.mainThread([weak = weak_from_this()] {
     const auto self = weak.lock();
-    if (self && !self->readOnly_) self->options_.defaults->set("acked", self->choices().acked);
+    if (!self || self->readOnly_) return;
+    saveAcked(*self->options_.defaults, self->choices().acked, self->options_.clock());
   });
 }
 

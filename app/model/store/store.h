@@ -136,6 +136,7 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
                const std::optional<std::vector<Json>>& burst);
   void followNotesProblem();
   void makeOffers();
+  void followSettings();
   void acknowledge(const std::string& id);
   void setPinned(std::vector<std::string> pinned);
   void notify(Change change);
@@ -155,6 +156,7 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
   ThemeID theme_;
   bool anchorTop_;
   std::vector<std::string> pinned_;
+  std::uint64_t settingsVersion_ = 0;
 
   // Refresh queue.
   RefreshMemory memory_;

@@ -1,110 +1,16 @@
-#include "app/model/store/store.h"
-
-#include <atomic>
 #include <gmock/gmock.h>
-#include <thread>
-
-#include "core/run_loop.h"
 
 #include "app/model/store/samples.h"
 #include "app/model/store/saved_settings.h"
-#include "tests/support/event_counter.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/store_fixture.h"
 
 namespace zelvane {
 namespace {
 
 using test::EventCounter;
-using test::TemporaryFolder;
+using test::StoreFixture;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-/// A store over sessions of values, with its main thread on a thread of its own.
-class StoreFixture : public testing::Test {
- protected:
-  StoreFixture() {
-    main_ = std::thread([this] { loop_.run(); });
-  }
-  ~StoreFixture() override {
-    onMain([this] { store_.reset(); });
-    loop_.stop();
-    main_.join();
-  }
-
-  ZelvaneStore::Options options() {
-    ZelvaneStore::Options result;
-    result.sources.claudeProcs = [this](Time) {
-      const int running = ++running_;
-      EXPECT_EQ(running, 1) << "passes never overlap";
-      if (blockPass_) unblock_.waitFor(1);
-      const auto procs = [this] {
-        const std::lock_guard lock(mutex_);
-        return procs_;
-      }();
-      --running_;
-      passes_.add();
-      return procs;
-    };
-    result.sources.tty = [](std::int32_t pid) { return "/dev/pts/" + std::to_string(pid); };
-    result.sources.hookRecord = [this](const std::string& id) -> std::optional<HookRecord> {
-      const std::lock_guard lock(mutex_);
-      if (!hooks_.contains(id)) return std::nullopt;
-      return hooks_[id];
-    };
-    result.defaults = defaults_;
-    result.mainThread = loop_.executor();
-    result.clock = [] { return timeAt(1'800'000'000); };
-    result.notesDir = folder_.path("notes");
-    result.dataDir = folder_.path("data");
-    result.hookSessions = folder_.path("data/sessions");
-    result.watchedFolders = {folder_.path("claude"), folder_.path("data/sessions")};
-    result.tick = Seconds(3600);
-    result.coalescing = Seconds(0.05);
-    return result;
-  }
-
-  void create(ZelvaneStore::Options with) {
-    store_ = ZelvaneStore::create(std::move(with));
-    store_->observe([this](ZelvaneStore::Change change) {
-      if (change == ZelvaneStore::Change::passed) published_.add();
-      if (change == ZelvaneStore::Change::sessions) redraws_.add();
-    });
-  }
-
-  void setProcs(std::vector<ClaudeProc> procs) {
-    const std::lock_guard lock(mutex_);
-    procs_ = std::move(procs);
-  }
-
-  /// Runs the task on the store's main thread and waits for it.
-  void onMain(const std::function<void()>& task) {
-    EventCounter ran;
-    loop_.post([&] {
-      task();
-      ran.add();
-    });
-    ASSERT_TRUE(ran.waitFor(1));
-  }
-
-  /// One pass from request to published rows.
-  void pass() {
-    const int before = published_.count();
-    store_->refreshNow();
-    ASSERT_TRUE(published_.waitFor(before + 1));
-  }
-
-  TemporaryFolder folder_;
-  std::shared_ptr<MemoryDefaults> defaults_ = std::make_shared<MemoryDefaults>();
-  EventCounter passes_, published_, redraws_, unblock_;
-  std::atomic<bool> blockPass_ = false;
-  std::atomic<int> running_ = 0;
-  std::mutex mutex_;
-  std::vector<ClaudeProc> procs_;
-  std::map<std::string, HookRecord> hooks_;
-  std::shared_ptr<ZelvaneStore> store_;
-  RunLoop loop_;
-  std::thread main_;
-};
 
 TEST_F(StoreFixture, PublishesOnlyWhatChanged) {
   create(options());
@@ -194,94 +100,6 @@ TEST_F(StoreFixture, SavesCharactersUnlessReadOnly) {
       store_.reset();
     });
   }
-}
-
-TEST_F(StoreFixture, OffersWhatARebootClosedUntilItIsOpen) {
-  folder_.write("data/autosnap.json", R"({"v": 2, "saved_at": 1000, "items": [
-      {"sid": "a", "cwd": "/p", "last_seen": 1000}, {"sid": "b", "cwd": "/p", "last_seen": 1000}]})");
-  std::vector<std::string> outputs{"완료: 1개, 실패 1", "완료: 1개, 실패 0"};
-  EventCounter runs, offers;
-  auto with = options();
-  with.bootTime = [] { return timeAt(2000); };
-  with.sources.folderExists = [](const auto&) { return true; };
-  with.restoreCommand = [&](const std::string& snapshot, bool exact, const auto&) {
-    EXPECT_EQ(snapshot, folder_.path("data/rebootsnap.json"));
-    EXPECT_FALSE(exact);
-    auto output = outputs.at(static_cast<std::size_t>(runs.count()));
-    runs.add();
-    return output;
-  };
-  setProcs({{1, "a"}});
-  create(with);
-  onMain([&] {
-    store_->observe([&](ZelvaneStore::Change change) {
-      if (change == ZelvaneStore::Change::restoring) offers.add();
-    });
-    store_->start();
-  });
-  pass();
-  onMain([&] {
-    ASSERT_EQ(store_->offers().pendingRestore().size(), 1U) << "a runs already";
-    store_->offers().restoreReboot();
-    store_->offers().restoreReboot();
-  });
-  ASSERT_TRUE(offers.waitFor(2));
-  onMain([&] {
-    EXPECT_EQ(store_->offers().restoreMessage(),
-              "1개를 열지 못했어요. 다시 누르면 남은 것만 열어요.");
-    EXPECT_FALSE(store_->offers().pendingRestore().empty());
-    store_->offers().restoreReboot();
-  });
-  ASSERT_TRUE(offers.waitFor(4));
-  EXPECT_EQ(runs.count(), 2) << "one at a time";
-  onMain([&] { EXPECT_THAT(store_->offers().pendingRestore(), IsEmpty()); });
-  EXPECT_FALSE(std::filesystem::exists(folder_.path("data/rebootsnap.json")));
-}
-
-TEST_F(StoreFixture, OffersTabsThatWereClosedAllAtOnce) {
-  folder_.write("data/there", "");
-  auto with = options();
-  with.restoreCommand = [&](const std::string& snapshot, bool exact, const auto&) {
-    EXPECT_EQ(snapshot, folder_.path("data/recentclosed.json"));
-    EXPECT_TRUE(exact);
-    return std::string("되살릴 탭이 없어요");
-  };
-  EventCounter restoring;
-  setProcs({{1, "a"}, {2, "b"}, {3, "c"}});
-  create(with);
-  pass();
-  setProcs({{3, "c"}});
-  pass();
-  onMain([&] {
-    EXPECT_EQ(store_->offers().recentClosed().size(), 2U);
-    store_->observe([&](ZelvaneStore::Change change) {
-      if (change == ZelvaneStore::Change::restoring) restoring.add();
-    });
-    store_->offers().restoreRecent();
-  });
-  ASSERT_TRUE(restoring.waitFor(2));
-  onMain([&] {
-    EXPECT_THAT(store_->offers().recentClosed(), IsEmpty());
-    EXPECT_EQ(store_->offers().restoreMessage(), "");
-  });
-  EXPECT_EQ(get::list(*readJSON(folder_.path("data/recentclosed.json")), "items")->size(), 2U);
-}
-
-TEST_F(StoreFixture, KeepsTheSnapshotAsItWasWhenTheMachineGoesDown) {
-  folder_.write("data/there", "");
-  setProcs({{1, "a"}});
-  create(options());
-  pass();
-  const auto before = folder_.read("data/autosnap.json");
-  EXPECT_THAT(before, testing::HasSubstr("\"sid\": \"a\""));
-  store_->setFrozen(true);
-  setProcs({});
-  pass();
-  onMain([&] { store_->markQuit(); });
-  EXPECT_EQ(folder_.read("data/autosnap.json"), before);
-  store_->setFrozen(false);
-  onMain([&] { store_->markQuit(); });
-  EXPECT_THAT(folder_.read("data/autosnap.json"), testing::HasSubstr("app_quit"));
 }
 
 TEST_F(StoreFixture, JumpsInTheOrderOfTheClicks) {

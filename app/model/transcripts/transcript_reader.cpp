@@ -42,7 +42,9 @@ ModelInfo TranscriptReader::modelInfo(const std::string& sessionId,
     return known->second.info;
   }
   CacheRecord& record = modelCache[sessionId];
-  record = recordAfter(record, read(sessionId, *path, *size, now), *size, now);
+  const auto before =
+      record.info.suggestedEffort.empty() ? SuggestedBefore::no : SuggestedBefore::yes;
+  record = recordAfter(record, read(sessionId, {*path, *size, before}, now), *size, now);
   return record.info;
 }
 
@@ -51,25 +53,23 @@ bool TranscriptReader::deepReadAllowed(const std::string& sessionId, Time now) c
   return last == deepReadAt.end() || last->second > now || now - last->second > betweenDeepReads;
 }
 
-TranscriptReader::Reading TranscriptReader::read(const std::string& sessionId,
-                                                 const std::string& path, std::uint64_t size,
+TranscriptReader::Reading TranscriptReader::read(const std::string& sessionId, const File& file,
                                                  Time now) {
-  const auto usual = readTail(path, size, usualTail);
+  const auto usual = readTail(file, usualTail);
   if (!usual) return {};
-  const bool enough = size <= usualTail || !usual->found.info.model.empty();
+  const bool enough = file.size <= usualTail || !usual->found.info.model.empty();
   if (enough || !deepReadAllowed(sessionId, now)) return *usual;
   deepReadAt[sessionId] = now;
-  return readTail(path, size, deepTail).value_or(*usual);
+  return readTail(file, deepTail).value_or(*usual);
 }
 
-std::optional<TranscriptReader::Reading> TranscriptReader::readTail(const std::string& path,
-                                                                    std::uint64_t size,
+std::optional<TranscriptReader::Reading> TranscriptReader::readTail(const File& file,
                                                                     std::size_t most) const {
-  const auto length = static_cast<std::size_t>(std::min<std::uint64_t>(size, most));
+  const auto length = static_cast<std::size_t>(std::min<std::uint64_t>(file.size, most));
   const auto buffer = std::make_unique_for_overwrite<char[]>(length);
-  const auto count = files_->read(path, size - length, buffer.get(), length);
+  const auto count = files_->read(file.path, file.size - length, buffer.get(), length);
   if (!count) return std::nullopt;
-  return Reading{tailFindings({buffer.get(), *count}), *count};
+  return Reading{tailFindings({buffer.get(), *count}, file.suggestedBefore), *count};
 }
 
 /// What is known once the reading is weighed against what was known before.

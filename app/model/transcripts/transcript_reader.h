@@ -47,9 +47,14 @@ class TranscriptReader {
     std::uint64_t bytes = 0;  ///< of the last tail read; 0 when nothing could be read
   };
 
-  Reading read(const std::string& sessionId, const std::string& path, std::uint64_t size, Time now);
-  std::optional<Reading> readTail(const std::string& path, std::uint64_t size,
-                                  std::size_t most) const;
+  struct File {
+    const std::string& path;
+    std::uint64_t size;
+    SuggestedBefore suggestedBefore;
+  };
+
+  Reading read(const std::string& sessionId, const File& file, Time now);
+  std::optional<Reading> readTail(const File& file, std::size_t most) const;
   bool deepReadAllowed(const std::string& sessionId, Time now) const;
   static CacheRecord recordAfter(const CacheRecord& previous, Reading reading, std::uint64_t size,
                                  Time now);

@@ -46,6 +46,19 @@ std::string effortIn(const TranscriptLine& line) {
   return {};
 }
 
+/// Whether the phrase can be in a text as written in JSON. Hardly any text passes: it need not be
+/// unescaped to be searched.
+bool maySuggest(std::string_view written) {
+  constexpr std::string_view marks = "**";
+  for (auto at = written.find(marks); at != written.npos; at = written.find(marks, at + 1)) {
+    const auto before = written.substr(0, at);
+    for (const std::string_view end : {"은 ", "\\uc740 ", "\\uC740 "}) {
+      if (before.ends_with(end)) return true;
+    }
+  }
+  return false;
+}
+
 /// The first word in double asterisks behind the phrase, in lower case; empty when there is none.
 std::string suggestionIn(std::string_view text) {
   for (auto at = text.find(suggestionPhrase); at != text.npos;
@@ -62,9 +75,7 @@ std::string suggestionIn(std::string_view text) {
 
 std::string suggestionIn(const TranscriptLine& line) {
   for (const auto written : line.texts) {
-    // Few texts have such marks; the others need not be copied.
-    const bool emphasis = written.find("**") != written.npos;
-    if (!emphasis && written.find("\\u") == written.npos) continue;
+    if (!maySuggest(written)) continue;
     auto suggestion = suggestionIn(plainText(written).value_or(""));
     if (!suggestion.empty()) return suggestion;
   }
@@ -111,18 +122,22 @@ void take(const TranscriptLine& line, TailFindings& found) {
   found.passedPrompt = found.passedPrompt || isPrompt(line);
 }
 
-bool complete(const TailFindings& found) {
-  const bool suggestionSettled = found.passedPrompt || !found.info.suggestedEffort.empty();
+bool complete(const TailFindings& found, bool suggestionSought) {
+  const bool suggestionSettled =
+      !suggestionSought || found.passedPrompt || !found.info.suggestedEffort.empty();
   return suggestionSettled && !found.info.model.empty() && !found.info.effort.empty();
 }
 
 }  // namespace
 
-TailFindings tailFindings(std::string_view tail) {
+TailFindings tailFindings(std::string_view tail, SuggestedBefore before) {
   TailFindings found;
+  // Few users have suggestions made: for the others the last answer is where the walk ends.
+  const bool suggestionSought = before == SuggestedBefore::yes || maySuggest(tail);
   const auto starts = lineStarts(tail);
   auto end = tail.size();
-  for (auto start = starts.rbegin(); start != starts.rend() && !complete(found); ++start) {
+  for (auto start = starts.rbegin(); start != starts.rend() && !complete(found, suggestionSought);
+       ++start) {
     const auto line = transcriptLine(tail.substr(*start, end - *start));
     end = *start;
     if (line && !line->sidechain) take(*line, found);

@@ -15,8 +15,12 @@ struct TailFindings {
   bool operator==(const TailFindings&) const = default;
 };
 
+/// Whether a suggestion from earlier is at stake, so that `passedPrompt` must be right even when
+/// the tail itself suggests nothing.
+enum class SuggestedBefore { no, yes };
+
 /// Walks from the last line towards the first, as far as anything is left to be found. Lines that
 /// are cut, damaged or not of the conversation are skipped.
-TailFindings tailFindings(std::string_view tail);
+TailFindings tailFindings(std::string_view tail, SuggestedBefore before);
 
 }  // namespace zelvane

@@ -35,6 +35,8 @@ std::string lines(const std::vector<std::string>& parts) {
   return text;
 }
 
+TailFindings findings(const std::string& tail) { return tailFindings(tail, SuggestedBefore::no); }
+
 const std::string suggesting =
     assistant(Json::array({textItem("좋아요. 지금 작업은 **High** 가 맞아요.")}));
 const Json result = Json::array({{{"type", "tool_result"}, {"content", "ok"}}});
@@ -70,11 +72,13 @@ TEST(TranscriptTail, FindsTheLastModelAndEffort) {
       {R"({"type":"assistant","effort":"low"} {})", "", ""},
       {R"(["type","assistant"])", "", ""},
       {std::string("{\"type\":\"assistant\",\"effort\":\"low\"}\0x", 40), "", ""},
+      // A string that ends in backslashes, one that ends in a quote.
+      {R"({"cwd":"C:\\","x":"\"","type":"assistant","effort":"low"})", "", "low"},
       // Not UTF-8, elsewhere in the line.
       {"{\"cwd\":\"\xff\\\"\",\"type\":\"assistant\",\"effort\":\"low\"}", "", "low"},
   };
   for (const auto& [tail, model, effort] : cases) {
-    const auto found = tailFindings(tail).info;
+    const auto found = findings(tail).info;
     EXPECT_EQ(found.model, model) << tail;
     EXPECT_EQ(found.effort, effort) << tail;
   }
@@ -93,6 +97,9 @@ TEST(TranscriptTail, SuggestsOnlyWhatFollowsTheLastPrompt) {
       {{assistant(Json::array()), user(Json::array({textItem("지금 작업은 **max**")}))}, ""},
       // Nobody typed these.
       {{suggesting, user("<task-notification>done</task-notification>")}, "high"},
+      {{suggesting, R"({"message":{"content":[{"type":"text","text":"x"},{"type":"tool_result"}]},)"
+                    R"("type":"user"})"},
+       "high"},
       {{suggesting, user("x", {{"promptSource", "system"}})}, "high"},
       {{suggesting, user("x", {{"origin", {{"kind", "task-notification"}}}})}, "high"},
       {{suggesting, user("caveat", {{"isMeta", true}})}, "high"},
@@ -112,13 +119,20 @@ TEST(TranscriptTail, SuggestsOnlyWhatFollowsTheLastPrompt) {
   };
   for (const auto& [parts, suggestion] : cases) {
     const auto tail = lines(parts);
-    EXPECT_EQ(tailFindings(tail).info.suggestedEffort, suggestion) << tail;
+    EXPECT_EQ(findings(tail).info.suggestedEffort, suggestion) << tail;
   }
   const Json escaped = {
       {"type", "assistant"},
       {"message", {{"content", Json::array({textItem("지금 작업은 **high**")})}}}};
-  EXPECT_EQ(tailFindings(escaped.dump(-1, ' ', /*ensure_ascii=*/true)).info.suggestedEffort,
-            "high");
+  EXPECT_EQ(findings(escaped.dump(-1, ' ', /*ensure_ascii=*/true)).info.suggestedEffort, "high");
+}
+
+TEST(TranscriptTail, TellsWhetherAPromptWasPassedWhereThatMatters) {
+  for (const auto& [before, passed] :
+       {std::pair(SuggestedBefore::yes, true), {SuggestedBefore::no, false}}) {
+    EXPECT_EQ(tailFindings(lines({user("해 줘"), assistant("x")}), before).passedPrompt, passed);
+  }
+  EXPECT_FALSE(tailFindings(assistant("x"), SuggestedBefore::yes).passedPrompt);
 }
 
 TEST(TranscriptTail, NeitherDepthNorManyQuotesCostMoreThanTheirBytes) {
@@ -130,8 +144,8 @@ TEST(TranscriptTail, NeitherDepthNorManyQuotesCostMoreThanTheirBytes) {
       R"({"type":"assistant","x":)" + std::string(500'000, '"') + "}",
       std::string(500'000, '\n'),
   };
-  for (const auto& tail : hostile) (void)tailFindings(tail);
-  EXPECT_EQ(tailFindings(hostile[1]).info.effort, "low");
+  for (const auto& tail : hostile) (void)findings(tail);
+  EXPECT_EQ(findings(hostile[1]).info.effort, "low");
 }
 
 TEST(TranscriptLine, TakesTheLastOfEqualKeysAsAParserDoes) {

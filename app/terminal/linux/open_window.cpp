@@ -4,6 +4,8 @@
 #include <optional>
 #include <vector>
 
+#include "core/paths.h"
+
 #include "app/terminal/programs.h"
 
 namespace zelvane {
@@ -39,9 +41,13 @@ std::vector<std::string> wordsFor(const Manner& manner, const OpenRequest& reque
   return words;
 }
 
+/// A terminal that is started without a display ends at once, and nobody hears of it.
+bool hasDisplay() { return ZelvanePaths::env("DISPLAY") || ZelvanePaths::env("WAYLAND_DISPLAY"); }
+
 }  // namespace
 
 bool openWindowOf(const std::string& program, const OpenRequest& request) {
+  if (!hasDisplay()) return false;
   for (const auto& manner : manners()) {
     if (manner.program != program) continue;
     return startApart(program, wordsFor(manner, request), request.folder);
@@ -50,6 +56,8 @@ bool openWindowOf(const std::string& program, const OpenRequest& request) {
 }
 
 bool openAnyWindow(const OpenRequest& request) {
+  if (openWindowOf(request.program, request)) return true;
+  if (!hasDisplay()) return false;
   const Manner standard{"x-terminal-emulator", {"-e"}};
   if (startApart(standard.program, wordsFor(standard, request), request.folder)) return true;
   for (const auto& manner : manners()) {

@@ -1,0 +1,28 @@
+// Reopens conversations, one tab after the other. The outside world is handed in.
+#pragma once
+
+#include <functional>
+#include <set>
+#include <string>
+
+#include "core/time.h"
+
+#include "app/restore/restore_plan.h"
+#include "app/terminal/terminal.h"
+
+namespace zelvane {
+
+struct RestoreDoors {
+  std::function<std::set<std::string>()> running;  ///< ids of the sessions that run now
+  std::function<TerminalResult(const RestoreItem&)> open;
+  std::function<void(const std::string& sid)> remember;  ///< that it was opened
+  std::function<void(const std::string& sid)> forget;    ///< because it did not come up
+  std::function<void(const std::string& line)> say;      ///< to the user
+  std::function<void(Seconds)> pause;
+  Clock clock;
+};
+
+/// Opens what the plan names, says how each went, and at the end the sum; how many failed.
+int runRestore(const RestorePlan& plan, const RestoreDoors& doors);
+
+}  // namespace zelvane

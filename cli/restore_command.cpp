@@ -1,0 +1,119 @@
+#include "cli/restore_command.h"
+
+#include <filesystem>
+#include <thread>
+
+#include "platform/home_folder.h"
+#include "platform/process_table.h"
+
+#include "core/localization.h"
+#include "core/paths.h"
+#include "core/process.h"
+#include "core/unicode.h"
+#include "core/user_defaults.h"
+
+#include "app/model/records/session_files.h"
+#include "app/model/snapshots/restore_outcome.h"
+#include "app/restore/restore_files.h"
+#include "app/restore/restore_plan.h"
+#include "app/restore/restore_run.h"
+#include "app/restore/terminal_choice.h"
+#include "app/terminal/place.h"
+#include "cli/output.h"
+
+namespace zelvane::cli {
+namespace {
+
+void sleepFor(Seconds seconds) { std::this_thread::sleep_for(seconds); }
+
+std::vector<ClaudeProc> liveSessions() {
+  auto procs = readSessionFiles(ZelvanePaths::claudeSessions(), systemTime(), sleepFor);
+  std::erase_if(procs, [](const ClaudeProc& proc) { return !Procs::tty(proc.pid); });
+  return procs;
+}
+
+/// By their files; and, what has just been started and has none yet, by what it was started with.
+std::set<std::string> runningSessions() {
+  std::set<std::string> ids;
+  for (const auto& proc : liveSessions()) ids.insert(proc.sessionId);
+  for (const auto& [pid, tty] : Proc::claudeTTYs()) {
+    if (auto id = resumedSession(platform::arguments(pid))) ids.insert(std::move(*id));
+  }
+  return ids;
+}
+
+bool folderExists(const std::string& folder) {
+  std::error_code failed;
+  return std::filesystem::is_directory(folder, failed);
+}
+
+/// The sessions that run, with the programs that they are in.
+std::vector<SeatedSession> seatedSessions() {
+  std::vector<SeatedSession> seated;
+  for (const auto& proc : liveSessions()) {
+    const auto tty = Procs::tty(proc.pid);
+    if (!tty) continue;
+    seated.push_back(
+        {{proc.pid, *tty}, terminalProgram(placeOf(systemProcesses(), proc.pid, *tty))});
+  }
+  return seated;
+}
+
+std::string wishedTerminal() {
+  const FileDefaults defaults(FileDefaults::standardPath());
+  return get::str(defaults.values(), "restoreTerminal").value_or("");
+}
+
+void say(const std::string& line) { (void)writeOut(line + "\n"); }
+
+std::string nameOf(const RestoreItem& item) {
+  const auto folder = printable(item.folder);
+  return item.title.empty() ? folder : printable(item.title) + " — " + folder;
+}
+
+void sayPlan(const RestorePlan& plan) {
+  if (plan.open.empty()) {
+    say(L(nothingToRestore));
+  } else {
+    say(LF("%d개를 열어요.", {static_cast<std::int64_t>(plan.open.size())}));
+  }
+  for (const auto& item : plan.open) say("  + " + nameOf(item));
+  for (const auto& [item, reason] : plan.skipped) say("  - " + nameOf(item) + " (" + reason + ")");
+}
+
+/// The shell that the user works with.
+std::string usersShell() {
+  const auto shell = ZelvanePaths::env("SHELL");
+  return shell && shell->starts_with('/') ? *shell : platform::loginShell();
+}
+
+RestoreDoors systemDoors(Terminal& terminal, const OpenedRecord& record) {
+  const auto open = [&terminal, shell = usersShell()](const RestoreItem& item) {
+    const auto place = chooseTerminal(item.terminal, seatedSessions(), wishedTerminal());
+    return terminal.open(item.folder, resumeCommand(shell, item.sid), place.near, place.program);
+  };
+  return {.running = runningSessions,
+          .open = open,
+          .remember = [record](const std::string& sid) { record.add(sid, systemTime()); },
+          .forget = [record](const std::string& sid) { record.remove(sid); },
+          .say = say,
+          .pause = sleepFor,
+          .clock = systemTime};
+}
+
+}  // namespace
+
+ExitCode restore(const RestoreOptions& options) {
+  const OpenedRecord record(ZelvanePaths::restored());
+  const auto snapshot = snapshotToRestore();
+  const auto plan = planRestore(
+      snapshot.value_or(Json::object()), options.exact,
+      {.running = runningSessions(), .openedAt = record.openedAt(), .folderExists = folderExists});
+  sayPlan(plan);
+  if (options.dryRun || plan.open.empty()) return fine;
+  keepNamedSnapshot();
+  Terminal terminal;
+  return runRestore(plan, systemDoors(terminal, record)) == 0 ? fine : failed;
+}
+
+}  // namespace zelvane::cli
