@@ -201,12 +201,14 @@ void NotesStore::scheduleSave() {
   });
 }
 
-void NotesStore::flush() {
+std::optional<std::string> NotesStore::flush() {
   {
     const std::lock_guard lock(lock_);
     ++pending_;
   }
-  runOnQueue([this] { writeNow(); });
+  std::optional<std::string> failure;
+  runOnQueue([&] { failure = writeNow(); });
+  return failure;
 }
 
 void NotesStore::runOnQueue(const std::function<void()>& task) {
@@ -220,26 +222,29 @@ void NotesStore::runOnQueue(const std::function<void()>& task) {
 }
 
 /// On the queue.
-void NotesStore::writeNow() {
+std::optional<std::string> NotesStore::writeNow() {
   NotesChanges changes;
   bool wanted = false;
   {
     const std::lock_guard lock(lock_);
-    if (!mayWrite()) return;
+    if (!readOnly_ && !writable_ && dirty_) return L("메모 파일을 읽지 못했어요");
+    if (!mayWrite()) return std::nullopt;
     wanted = std::exchange(dirty_, false);
     if (wanted) changes = memory_.changes();
   }
   if (!wanted) {
     (void)writeLog();
-    return;
+    return std::nullopt;
   }
   const auto failed = written(changes);
   if (!failed) {
     setProblem(std::nullopt);
-    return;
+    return std::nullopt;
   }
-  setProblem(LF("메모를 저장하지 못했어요. 5초 뒤 다시 시도해요 (%@)", {described(failed)}));
+  const auto reason = described(failed);
+  setProblem(LF("메모를 저장하지 못했어요. 5초 뒤 다시 시도해요 (%@)", {reason}));
   retryLater();
+  return reason;
 }
 
 std::error_code NotesStore::written(const NotesChanges& changes) {

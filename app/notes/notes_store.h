@@ -58,8 +58,9 @@ class NotesStore {
 
   /// Saves half a second from now; later calls put the save off.
   void scheduleSave();
-  /// Saves now, and returns when that is done or has failed; `problem` tells.
-  void flush();
+  /// Saves now, and returns when that is done or has failed: then why, as a sentence without its
+  /// end. Nothing when all is saved, or nothing may be written.
+  std::optional<std::string> flush();
   /// Takes over what another process wrote into the file; true when notes changed by it. Costs one
   /// look at the file's attributes when nothing happened.
   bool reloadIfChanged();
@@ -72,7 +73,7 @@ class NotesStore {
   void appendRemoved(const std::vector<RemovedText>& removed);
   std::error_code writeLog();
   std::error_code logLost(const std::vector<RemovedText>& lost);
-  void writeNow();
+  std::optional<std::string> writeNow();
   std::error_code written(const NotesChanges& changes);
   std::error_code write(const NotesChanges& changes);
   std::error_code writeMerged(const NotesChanges& changes);
