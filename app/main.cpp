@@ -18,7 +18,7 @@ namespace {
 
 /// Answers what needs no display; nothing when the column is to be opened.
 std::optional<int> answered(const LaunchOptions& options) {
-  if (options.selfTestNotes) return runNotesSelfTest(std::cout) ? 0 : 1;
+  if (options.selfTestNotes) return runNotesSelfTest(std::cout, std::cerr) ? 0 : 1;
   if (options.selfTestLoginItem) return LoginItem::selfTest(std::cout) ? 0 : 1;
   if (options.help) {
     std::cout << usage() << '\n';

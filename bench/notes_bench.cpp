@@ -9,10 +9,13 @@
 
 #include "app/notes/notes_store.h"
 #include "tests/support/hooked_notes_disk.h"
+#include "tests/support/manual_notes.h"
 #include "tests/support/temporary_folder.h"
 
 namespace zelvane {
 namespace {
+
+using test::manual;
 
 double milliseconds() {
   return std::chrono::duration<double, std::milli>(
@@ -32,10 +35,6 @@ double median(const std::function<void()>& task) {
   for (int i = 0; i < 5; ++i) times.push_back(timeOf(task));
   std::sort(times.begin(), times.end());
   return times[times.size() / 2];
-}
-
-NotesStore::Options manual(const test::TemporaryFolder& folder) {
-  return {.dir = folder.path("notes"), .saveDelay = Seconds(1e6), .retryDelay = Seconds(1e6)};
 }
 
 std::string memoOf(std::size_t bytes) {
@@ -122,7 +121,7 @@ void measure(int count, std::size_t memoBytes) {
     NotesStore store(manual(folder));
     for (int i = 0; i < count; ++i) store.setMemo("session-" + std::to_string(i), memo);
   }
-  const auto bytes = folder.read("notes/notes.json");
+  const auto bytes = folder.read("notes.json");
   const double bare = median([&] { writeBare(folder, bytes); });
   const double load = median([&] { const NotesStore store(manual(folder)); });
   NotesStore store(manual(folder));

@@ -9,6 +9,7 @@ namespace zelvane::cli {
 
 ExitCode list(Format format) {
   const auto listing = currentListing();
+  tell(listing.notesProblem);
   const auto text = format == Format::json ? listingJson(listing, JsonLayout::indented)
                                            : joined(listingText(listing, outputLook()));
   return exitCode(writeOut(text));

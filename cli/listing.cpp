@@ -8,13 +8,14 @@ namespace zelvane::cli {
 
 bool sameContent(const Listing& a, const Listing& b) {
   return a.sessions == b.sessions && a.pendingRestore == b.pendingRestore &&
-         a.recentClosed == b.recentClosed;
+         a.recentClosed == b.recentClosed && a.notesProblem == b.notesProblem;
 }
 
-std::shared_ptr<ZelvaneStore> readOnlyStore(Executor mainThread) {
+std::shared_ptr<ZelvaneStore> readOnlyStore(Executor mainThread, WithNotes notes) {
   auto options = ZelvaneStore::systemOptions(
       std::make_shared<FileDefaults>(FileDefaults::standardPath()), std::move(mainThread));
   options.readOnly = true;
+  if (notes == WithNotes::no) options.notesDir = "/dev/null";  // nothing can be in it
   return ZelvaneStore::create(std::move(options));
 }
 
@@ -23,12 +24,13 @@ Listing listingOf(const ZelvaneStore& store, Time now) {
           .home = Paths::home(),
           .sessions = store.sessions(),
           .pendingRestore = store.offers().pendingRestore(),
-          .recentClosed = store.offers().recentClosed()};
+          .recentClosed = store.offers().recentClosed(),
+          .notesProblem = store.notesProblem()};
 }
 
-Listing currentListing() {
+Listing currentListing(WithNotes notes) {
   RunLoop loop;
-  const auto store = readOnlyStore(loop.executor());
+  const auto store = readOnlyStore(loop.executor(), notes);
   store->observe([&](ZelvaneStore::Change change) {
     if (change == ZelvaneStore::Change::passed) loop.stop();
   });

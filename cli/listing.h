@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@
 namespace zelvane::cli {
 
 enum class Format { text, json };
+enum class WithNotes { no, yes };
 
 struct Listing {
   Time at;           ///< when the rows were seen so
@@ -22,18 +24,20 @@ struct Listing {
   std::vector<ZelvaneSession> sessions{};
   std::vector<Json> pendingRestore{};
   std::vector<Json> recentClosed{};
+  std::optional<std::string> notesProblem{};  ///< what the user must know about his notes
 };
 
 /// Whether nothing but the time differs.
 bool sameContent(const Listing& a, const Listing& b);
 
 /// A store of this user's machine, with the saved settings of the column, that writes nothing.
-std::shared_ptr<ZelvaneStore> readOnlyStore(Executor mainThread);
+std::shared_ptr<ZelvaneStore> readOnlyStore(Executor mainThread, WithNotes notes = WithNotes::yes);
 
 /// What the store publishes now.
 Listing listingOf(const ZelvaneStore& store, Time now);
 
-/// What one pass over this user's machine finds now. Writes nothing.
-Listing currentListing();
+/// What one pass over this user's machine finds now. Writes nothing. Without notes, which may be
+/// large, the rows have neither memos nor titles of the user's own.
+Listing currentListing(WithNotes notes = WithNotes::yes);
 
 }  // namespace zelvane::cli

@@ -83,7 +83,8 @@ std::string listingJson(const Listing& listing, JsonLayout layout) {
                            {"at", secondsSince1970(listing.at)},
                            {"sessions", std::move(sessions)},
                            {"pendingRestore", listing.pendingRestore},
-                           {"recentClosed", listing.recentClosed}};
+                           {"recentClosed", listing.recentClosed},
+                           {"notesProblem", orNull(listing.notesProblem)}};
   const int indent = layout == JsonLayout::indented ? 2 : -1;
   return withoutControls(object.dump(indent, ' ', false, OrderedJson::error_handler_t::replace)) +
          "\n";

@@ -35,6 +35,7 @@ TEST(ListingJson, HasEveryFieldInOrder) {
   Listing listing{.at = timeAt(2e9), .home = "/"};
   listing.sessions = {fullRow(), ZelvaneSession()};
   listing.pendingRestore = {Json{{"sid", "x"}}};
+  listing.notesProblem = "p";
   EXPECT_EQ(
       listingJson(listing, JsonLayout::oneLine),
       R"({"v":1,"at":2000000000.0,"sessions":[)"
@@ -45,7 +46,7 @@ TEST(ListingJson, HasEveryFieldInOrder) {
       R"({"id":"","pid":0,"tty":null,"terminal":"","cwd":"","title":"","subtitle":"","state":"idle",)"
       R"("since":null,"progress":null,"friend":0,"claudeTitle":"","renamed":false,"memo":null,)"
       R"("model":"","effort":"","suggestedEffort":"","pinned":false,"today":false}],)"
-      R"("pendingRestore":[{"sid":"x"}],"recentClosed":[]})"
+      R"("pendingRestore":[{"sid":"x"}],"recentClosed":[],"notesProblem":"p"})"
       "\n");
 }
 

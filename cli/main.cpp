@@ -1,6 +1,8 @@
 #include <cstdlib>
+#include <fcntl.h>
 #include <string_view>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "core/bundle.h"
 
@@ -15,6 +17,8 @@ int main(int argc, char** argv) {
     runHook(argv[0]);
     std::_Exit(EXIT_SUCCESS);  // nothing is worth tidying up
   }
+  // Else the next file that is opened would be taken for standard input.
+  if (fcntl(STDIN_FILENO, F_GETFD) < 0) (void)open("/dev/null", O_WRONLY);
   Bundle::useStringTable();
   return cli::run(cli::commandLine(argc, argv));
 }

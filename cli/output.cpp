@@ -10,6 +10,7 @@
 
 #include "core/localization.h"
 #include "core/paths.h"
+#include "core/unicode.h"
 
 namespace zelvane::cli {
 namespace {
@@ -64,6 +65,10 @@ ExitCode exitCode(Written written) {
   if (written != Written::failed) return fine;
   writeError(L("결과를 쓰지 못했어요.") + "\n");
   return failed;
+}
+
+void tell(const std::optional<std::string>& sentence) {
+  if (sentence) writeError(printable(*sentence) + "\n");
 }
 
 void writeError(std::string_view text) { writeAll(STDERR_FILENO, text); }

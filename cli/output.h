@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "cli/exit_code.h"
@@ -37,6 +38,9 @@ enum class Written {
 /// The code to end with after that. Tells on standard error when writing failed; a reader that has
 /// gone had enough.
 ExitCode exitCode(Written written);
+
+/// Writes a sentence with outside text in it as a line to standard error, if there is one.
+void tell(const std::optional<std::string>& sentence);
 
 /// Writes to standard error; a failure is silent.
 void writeError(std::string_view text);

@@ -37,7 +37,7 @@ ExitCode jumpTo(const ZelvaneSession& row) {
 
 ExitCode onRow(const std::string& wanted,
                const std::function<ExitCode(const ZelvaneSession&)>& action) {
-  const auto chosen = chosenRow(currentListing().sessions, wanted);
+  const auto chosen = chosenRow(currentListing(WithNotes::no).sessions, wanted);
   if (const auto* row = std::get_if<ZelvaneSession>(&chosen)) return action(*row);
   return fail(LF(std::get<NoRow>(chosen) == NoRow::ambiguous
                      ? "'%@' 로 시작하는 탭이 여럿이에요. 더 길게 써 주세요."

@@ -11,7 +11,8 @@
 
 namespace zelvane::cli {
 
-/// Runs the action on the row that the user means, or says that there is none.
+/// Runs the action on the row that the user means, or says that there is none. The row comes
+/// without its notes.
 ExitCode onRow(const std::string& wanted,
                const std::function<ExitCode(const ZelvaneSession&)>& action);
 

@@ -49,6 +49,18 @@ std::vector<int> sharedOut(const std::vector<int>& wanted, int room) {
   return shares;
 }
 
+std::string printableLines(std::string_view text) {
+  std::string result;
+  while (true) {
+    const auto line = text.substr(0, text.find('\n'));
+    const auto indent = std::min(line.find_first_not_of(" \t"), line.size());
+    result.append(line.substr(0, indent)).append(printable(line.substr(indent)));
+    if (line.size() == text.size()) return result;
+    result += '\n';
+    text.remove_prefix(line.size() + 1);
+  }
+}
+
 std::string joined(const std::vector<std::string>& lines) {
   std::string text;
   for (const auto& line : lines) text += line + "\n";

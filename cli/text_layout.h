@@ -17,6 +17,10 @@ std::vector<std::string> wrapped(std::string_view text, int columns);
 /// scarce is divided evenly among those that want more.
 std::vector<int> sharedOut(const std::vector<int>& wanted, int room);
 
+/// Outside text of several lines made harmless: each line as by `printable`, but indented as it
+/// was.
+std::string printableLines(std::string_view text);
+
 /// The lines, each with its line break.
 std::string joined(const std::vector<std::string>& lines);
 

@@ -30,6 +30,11 @@ TEST(Printable, LeavesNothingThatSteersATerminal) {
   for (const auto& [what, text, shown] : cases) EXPECT_EQ(printable(text), shown) << what;
 }
 
+TEST(Printable, LeavesLinesAndTheirIndentation) {
+  EXPECT_EQ(printableLines("a\x1b[31m\n\n  \t- b \x1b]0;c\a\r\n"), "a [31m\n\n  \t- b ]0;c\n");
+  EXPECT_EQ(printableLines(""), "");
+}
+
 TEST(TailFitted, KeepsTheEnd) {
   const std::vector<std::tuple<std::string, int, std::string>> cases{
       {"~/a/b", 5, "~/a/b"}, {"~/a/b", 4, "…a/b"},  {"/가나/다", 6, "…나/다"},

@@ -3,6 +3,7 @@
 #include <csignal>
 
 #include "core/run_loop.h"
+#include "core/unicode.h"
 
 #include "cli/listing_json.h"
 #include "cli/listing_text.h"
@@ -18,7 +19,15 @@ using Show = std::function<Written(const Listing&)>;
 /// Draws every listing in place: even an unchanged one has older times.
 Show inPlace() {
   return [screen = std::make_shared<Screen>()](const Listing& listing) {
-    return screen->show(listingText(listing, outputLook()));
+    const auto look = outputLook();
+    auto lines = listingText(listing, look);
+    if (listing.notesProblem) {
+      // Standard error may be the same screen.
+      auto told = wrapped(printable(*listing.notesProblem), look.columns.value_or(80));
+      told.emplace_back();
+      lines.insert(lines.begin(), told.begin(), told.end());
+    }
+    return screen->show(lines);
   };
 }
 
@@ -27,6 +36,7 @@ Show oneBelowTheOther(Format format) {
   return [format, last = std::optional<Listing>()](const Listing& listing) mutable {
     if (last && sameContent(*last, listing)) return Written::all;
     const bool first = !last;
+    if (first || last->notesProblem != listing.notesProblem) tell(listing.notesProblem);
     last = listing;
     if (format == Format::json) return writeOut(listingJson(listing, JsonLayout::oneLine));
     return writeOut((first ? "" : "\n") + joined(listingText(listing, outputLook())));

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 
@@ -11,10 +12,6 @@ namespace zelvane::FileLock {
 namespace {
 
 constexpr Seconds poll(0.01);
-
-int openLockFile(const std::string& path) {
-  return open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
-}
 
 bool lock(int fd, Wait wait) {
   int result = 0;
@@ -27,6 +24,17 @@ void closeKeepingErrno(int fd) {
   const int error = errno;
   close(fd);
   errno = error;
+}
+
+/// Never waits for the other end of a pipe that somebody put in the place.
+int openLockFile(const std::string& path) {
+  const int flags = O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_CLOEXEC;
+  const int fd = open(path.c_str(), flags, 0644);
+  struct stat info {};
+  if (fd < 0 || (fstat(fd, &info) == 0 && S_ISREG(info.st_mode))) return fd;
+  close(fd);
+  errno = ENXIO;  // as for a pipe without a reader
+  return -1;
 }
 
 }  // namespace

@@ -143,5 +143,17 @@ TEST(FileLock, ExcludesOtherHoldersUntilReleased) {
   EXPECT_FALSE(FileLock::acquire(folder.path("no/such/folder"), FileLock::Wait::no));
 }
 
+TEST(FileLock, NeitherWaitsForNorLocksWhatIsNoFile) {
+  const TemporaryFolder folder;
+  const auto pipe = folder.path("pipe");
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  EXPECT_EQ(FileLock::Scope(pipe, FileLock::Wait::yes).error().value(), ENXIO);
+  const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  EXPECT_EQ(FileLock::Scope(pipe, Seconds(5)).error().value(), ENXIO);
+  close(reader);
+  EXPECT_EQ(FileLock::Scope(folder.path(), Seconds(5)).error().value(), EISDIR);
+  EXPECT_FALSE(FileLock::Scope(folder.path("lock"), FileLock::Wait::yes).error());
+}
+
 }  // namespace
 }  // namespace zelvane

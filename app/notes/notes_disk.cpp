@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
+#include <new>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -75,7 +76,11 @@ class SystemDisk : public NotesDisk {
   }
 
   std::optional<std::string> read(const std::string& path) const override {
-    return readFile(path, largestNotesFile);
+    try {
+      return readFile(path, largestNotesFile);
+    } catch (const std::bad_alloc&) {
+      return std::nullopt;
+    }
   }
 
   std::vector<std::string> list(const std::string& folder) const override {
@@ -116,6 +121,11 @@ class SystemDisk : public NotesDisk {
     const int flags = O_RDWR | O_APPEND | O_CREAT | O_NONBLOCK | O_CLOEXEC;
     const int fd = open(path.c_str(), flags, 0600);
     if (fd < 0) return lastError();
+    struct stat info {};
+    if (fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) {
+      close(fd);
+      return std::make_error_code(std::errc::no_such_device_or_address);
+    }
     return finish(fd, endsOpen(fd) ? '\n' + std::string(bytes) : std::string(bytes));
   }
 

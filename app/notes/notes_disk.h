@@ -36,7 +36,7 @@ class NotesDisk {
   virtual std::optional<FileIdentity> identity(const std::string& path) const = 0;
   /// The path with links followed; the path itself when that cannot be told.
   virtual std::string resolved(const std::string& path) const = 0;
-  /// The bytes of a regular file; nothing when they cannot all be read.
+  /// The bytes of a regular file; nothing when they cannot all be read, or are too many.
   virtual std::optional<std::string> read(const std::string& path) const = 0;
   /// Names in the folder; empty when it cannot be listed.
   virtual std::vector<std::string> list(const std::string& folder) const = 0;
@@ -57,7 +57,7 @@ class NotesDisk {
 };
 
 /// The largest file that is read, and so the largest that may be written.
-inline constexpr std::size_t largestNotesFile = std::size_t{1} << 30;
+inline constexpr std::size_t largestNotesFile = std::size_t{256} << 20;
 
 /// This machine's disk.
 std::shared_ptr<NotesDisk> systemNotesDisk();

@@ -1,6 +1,7 @@
 #include "app/notes/notes_file.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "core/json_file.h"
 #include "core/unicode.h"
@@ -74,24 +75,136 @@ std::size_t expectedSize(const NotesMap& notes) {
   return size;
 }
 
-/// Moves an optional text out of the object; false when something else lies under the key.
-bool takeText(Json& object, const char* key, std::optional<std::string>& text) {
-  const auto found = object.find(key);
-  if (found == object.end() || found->is_null()) return true;
-  if (!found->is_string()) return false;
-  text = std::move(found->get_ref<std::string&>());
-  return true;
-}
+constexpr int deepestNesting = 512;
 
-std::optional<NotesEntry> entryFrom(Json& object) {
-  const auto updated = get::num(object, "updated");
-  if (!updated) return std::nullopt;
-  NotesEntry entry{.updated = *updated};
-  if (!takeText(object, "title", entry.title) || !takeText(object, "memo", entry.memo)) {
-    return std::nullopt;
+/// Keeps the notes while the parser goes by, and nothing of all else, so that little more is held
+/// than the notes, whatever else lies in the file. Each `false` refuses the whole text. Of what
+/// stands there twice the last counts.
+class NotesReader : public Json::json_sax_t {
+ public:
+  /// The notes, once the text was parsed to its end.
+  std::optional<NotesMap> notes() && {
+    if (!hasVersion_ || !hasEntries_) return std::nullopt;
+    return std::move(notes_);
   }
-  return entry;
-}
+
+  bool null() override { return value(Kind::null); }
+  bool boolean(bool) override { return value(Kind::other); }
+  bool number_integer(number_integer_t number) override { return integer(number, true); }
+  bool number_unsigned(number_unsigned_t number) override {
+    return integer(number, number <= INT64_MAX);
+  }
+  bool number_float(number_float_t number, const string_t&) override {
+    number_ = number;
+    const bool isWhole = std::trunc(number) == number && std::abs(number) < 0x1p63;
+    return value(isWhole ? Kind::whole : Kind::number);
+  }
+  bool string(string_t& text) override {
+    text_ = &text;
+    return value(Kind::text);
+  }
+  bool binary(binary_t&) override { return false; }
+  bool start_object(std::size_t) override { return begin(Kind::object); }
+  bool start_array(std::size_t) override { return begin(Kind::other); }
+  bool end_array() override { return end(); }
+  bool end_object() override { return end(); }
+  bool key(string_t& name) override {
+    if (ignored_ > 0) return true;
+    (depth_ == inEntries ? id_ : key_) = name;
+    return true;
+  }
+  bool parse_error(std::size_t, const std::string&, const Json::exception&) override {
+    return false;
+  }
+
+ private:
+  enum class Kind { null, whole, number, text, object, other };
+  /// How deep one is where.
+  enum Depth { outside, inFile, inEntries, inEntry };
+
+  template <typename Integer>
+  bool integer(Integer number, bool fits) {
+    number_ = static_cast<double>(number);
+    return value(fits ? Kind::whole : Kind::number);
+  }
+
+  bool begin(Kind kind) {
+    const bool isIgnored = ignored_ > 0;
+    if (!value(kind) || ++depth_ > deepestNesting) return false;
+    const bool isKnown = depth_ != inEntry + 1 && (depth_ != inEntries || key_ == "entries");
+    if (!isIgnored && !isKnown) ignored_ = depth_;
+    return true;
+  }
+
+  bool end() {
+    if (ignored_ == depth_) {
+      ignored_ = 0;
+    } else if (ignored_ == 0 && depth_ == inEntry && !endEntry()) {
+      return false;
+    }
+    --depth_;
+    return true;
+  }
+
+  /// What comes next, a value or the beginning of one.
+  bool value(Kind kind) {
+    if (ignored_ > 0) return true;
+    switch (depth_) {
+      case outside:
+        return kind == Kind::object;
+      case inFile:
+        return valueInFile(kind);
+      case inEntries:
+        entry_ = {};
+        hasUpdated_ = false;
+        return kind == Kind::object;
+      default:
+        return valueInEntry(kind);
+    }
+  }
+
+  bool valueInFile(Kind kind) {
+    if (key_ == "v") return hasVersion_ = kind == Kind::whole;
+    if (key_ != "entries") return true;
+    notes_.clear();
+    return hasEntries_ = kind == Kind::object;
+  }
+
+  bool valueInEntry(Kind kind) {
+    if (key_ == "title") return take(kind, entry_.title);
+    if (key_ == "memo") return take(kind, entry_.memo);
+    if (key_ != "updated") return true;
+    entry_.updated = number_;
+    return hasUpdated_ = kind == Kind::whole || kind == Kind::number;
+  }
+
+  bool take(Kind kind, std::optional<std::string>& text) {
+    if (kind == Kind::null) text = std::nullopt;
+    if (kind == Kind::text) text = std::move(*text_);
+    return kind == Kind::null || kind == Kind::text;
+  }
+
+  bool endEntry() {
+    if (entry_.empty()) {
+      notes_.erase(id_);
+    } else {
+      notes_[id_] = std::make_shared<NotesEntry>(std::move(entry_));
+    }
+    return hasUpdated_;
+  }
+
+  NotesMap notes_;
+  bool hasVersion_ = false;
+  bool hasEntries_ = false;
+  int depth_ = outside;
+  int ignored_ = 0;  ///< depth of an object or array under an unknown key; 0 outside of such
+  std::string key_;  ///< of the file or of an entry
+  std::string id_;
+  NotesEntry entry_;
+  bool hasUpdated_ = false;
+  double number_ = 0;
+  string_t* text_ = nullptr;
+};
 
 }  // namespace
 
@@ -111,15 +224,11 @@ std::string encodeNotes(const NotesMap& notes) {
 }
 
 std::optional<NotesMap> decodeNotes(std::string_view text) {
-  auto file = parseJson(text);
-  if (!file || !get::integral(*file, "v") || !get::dict(*file, "entries")) return std::nullopt;
-  NotesMap notes;
-  for (auto& [id, object] : (*file)["entries"].items()) {
-    auto entry = entryFrom(object);
-    if (!entry) return std::nullopt;
-    if (!entry->empty()) notes.emplace(id, std::make_shared<NotesEntry>(std::move(*entry)));
-  }
-  return notes;
+  // The library takes a zero byte for the end, and would not see what follows it.
+  if (text.find('\0') != text.npos) return std::nullopt;
+  NotesReader reader;
+  if (!Json::sax_parse(text, &reader)) return std::nullopt;
+  return std::move(reader).notes();
 }
 
 }  // namespace zelvane

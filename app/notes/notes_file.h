@@ -22,7 +22,8 @@ using NotesMap = std::map<std::string, NotesEntryPtr>;
 std::string encodeNotes(const NotesMap& notes);
 
 /// The notes in such a text. Unknown keys are ignored; nothing when the text is no JSON or one
-/// required key is missing or of another type: then none of it can be trusted.
+/// required key is missing or of another type: then none of it can be trusted. Throws bad_alloc,
+/// and nothing else: a text that memory does not hold must not count as damaged.
 std::optional<NotesMap> decodeNotes(std::string_view text);
 
 }  // namespace zelvane

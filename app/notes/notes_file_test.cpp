@@ -74,6 +74,18 @@ TEST(DecodeNotes, TakesWhatIsWholeAndRefusesTheRest) {
       {"100,000 deep", deep, "refused"},
       {"100,000 deep under an unknown key",
        R"({"v":1,"entries":{},"x":)" + deep + std::string(100'000, ']') + "}", "refused"},
+      {"notes' keys under an unknown one",
+       R"({"v":1,"x":{"entries":{"s1":{"memo":"x","updated":1}},"v":"1"},"entries":{"s1":)"
+       R"({"memo":"m","updated":1,"y":[{"memo":"y","title":5}]}}})",
+       "-|m"},
+      {"twice the same",
+       R"({"v":1,"entries":{"s1":{"memo":"1","updated":1},"s1":{"title":"2",)"
+       R"("updated":1}}})",
+       "2|-"},
+      {"a whole version", R"({"v":1.0,"entries":{"s1":{"memo":"m","updated":1}}})", "-|m"},
+      {"a version beyond all integers", R"({"v":1e30,"entries":{}})", "refused"},
+      {"a list", "[]", "refused"},
+      {"no object", "1", "refused"},
       {"zeros", std::string(4096, '\0'), "refused"},
   };
   for (const auto& [what, text, expected] : cases) EXPECT_EQ(shown(text), expected) << what;

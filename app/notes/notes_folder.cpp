@@ -1,10 +1,8 @@
 #include "app/notes/notes_folder.h"
 
 #include <algorithm>
-#include <chrono>
-#include <cmath>
-#include <cstdlib>
-#include <filesystem>
+#include <functional>
+#include <new>
 #include <unistd.h>
 
 #include "core/localization.h"
@@ -43,9 +41,13 @@ NotesFolder::Main NotesFolder::readMain(std::optional<std::size_t> known) const 
     main.state = State::known;
     return main;
   }
-  auto notes = decodeNotes(main.bytes);
-  main.state = notes ? State::good : State::damaged;
-  if (notes) main.notes = std::move(*notes);
+  try {
+    auto notes = decodeNotes(main.bytes);
+    main.state = notes ? State::good : State::damaged;
+    if (notes) main.notes = std::move(*notes);
+  } catch (const std::bad_alloc&) {
+    main.state = State::unreadable;  // it may be good
+  }
   return main;
 }
 
@@ -63,10 +65,18 @@ NotesFolder::Loaded NotesFolder::load(NotesAccess access) {
   return loaded;
 }
 
+std::optional<NotesMap> NotesFolder::readBackup() const {
+  const auto bytes = disk_->read(backupFile());
+  try {
+    return bytes ? decodeNotes(*bytes) : std::nullopt;
+  } catch (const std::bad_alloc&) {
+    return std::nullopt;
+  }
+}
+
 NotesFolder::Loaded NotesFolder::loadBackup(const Main& main, NotesAccess access) {
   const bool kept = main.state == State::missing || keepCorrupt("notes", access);
-  const auto backup = disk_->read(backupFile());
-  auto notes = backup ? decodeNotes(*backup) : std::nullopt;
+  const auto notes = readBackup();
   if (!notes) {
     if (disk_->exists(backupFile())) (void)keepCorrupt("notes.bak", access);
     return {.writable = false,
@@ -77,17 +87,26 @@ NotesFolder::Loaded NotesFolder::loadBackup(const Main& main, NotesAccess access
   const auto problem =
       kept ? "메모 파일이 깨져서 백업에서 읽었어요. 깨진 파일은 따로 보관했어요 (%@)."
            : "메모 파일을 읽지 못해 백업을 보여 주고 있어요. 원본을 지키려고 저장은 멈췄어요 (%@).";
-  return {.notes = std::move(*notes), .writable = kept, .problem = LF(problem, {dir_})};
+  return {.notes = *notes, .writable = kept, .problem = LF(problem, {dir_})};
 }
 
 /// Removes what interrupted saves left, once it is certain that no save is still at it.
 void NotesFolder::cleanTemp() {
-  for (const auto& name : disk_->list(dir_)) {
-    if (!name.starts_with(temporaryPrefix) && name != backupTemporary) continue;
-    const auto identity = disk_->identity(path(name));
+  cleanTemp(dir_);
+  // Where the main file is a link, its temporary files lie beside what it leads to.
+  const auto real = folderOf(disk_->resolved(mainFile()));
+  if (real != dir_) cleanTemp(real);
+}
+
+void NotesFolder::cleanTemp(const std::string& folder) {
+  for (const auto& name : disk_->list(folder)) {
+    const bool isBackup = folder == dir_ && name == backupTemporary;
+    if (!name.starts_with(temporaryPrefix) && !isBackup) continue;
+    const auto path = folder + '/' + name;
+    const auto identity = disk_->identity(path);
     if (!identity) continue;
     const Time modified = timeAt(static_cast<double>(identity->modified) / 1e9);
-    if (clock_() - modified > staleAfter) (void)disk_->remove(path(name));
+    if (clock_() - modified > staleAfter) (void)disk_->remove(path);
   }
 }
 
@@ -122,11 +141,25 @@ std::error_code NotesFolder::replaceMain(std::string_view bytes, const Main& cur
   if (current.state == State::damaged && !keepCorrupt("notes", NotesAccess::readWrite)) {
     return std::make_error_code(std::errc::io_error);
   }
+  const auto target = disk_->resolved(mainFile());
+  // First, because this is where a full disk shows: the backup is not given up for nothing.
+  const auto temporary = makeTemporary(target, bytes);
+  if (temporary.failed) return temporary.failed;
+  const auto failed = rotateAndRename(bytes, current, temporary.path, target);
+  if (failed) (void)disk_->remove(temporary.path);
+  return failed;
+}
+
+std::error_code NotesFolder::rotateAndRename(std::string_view bytes, const Main& current,
+                                             const std::string& temporary,
+                                             const std::string& target) {
+  if (mainIdentity() != current.identity) return mainHasChanged;
   // The same bytes again, after a save that failed in its last step: the backup is right as it is.
   if (current.isGood() && current.bytes != bytes) {
     if (const auto failed = rotateBackup(current)) return failed;
   }
-  return writeAtomically(disk_->resolved(mainFile()), bytes);
+  // Again, after what may have taken long: the moment that stays is as short as can be.
+  return mainIdentity() == current.identity ? disk_->rename(temporary, target) : mainHasChanged;
 }
 
 /// Makes the backup of the bytes that were read and found good, whatever happens to the main file.
@@ -141,20 +174,28 @@ std::error_code NotesFolder::rotateBackup(const Main& current) {
 }
 
 std::error_code NotesFolder::writeAtomically(const std::string& target, std::string_view bytes) {
+  const auto temporary = makeTemporary(target, bytes);
+  if (temporary.failed) return temporary.failed;
+  const auto failed = disk_->rename(temporary.path, target);
+  if (failed) (void)disk_->remove(temporary.path);
+  return failed;
+}
+
+/// The bytes in a new file beside the target, which it may be renamed over; no file on failure.
+NotesFolder::Temporary NotesFolder::makeTemporary(const std::string& target,
+                                                  std::string_view bytes) {
   const auto identity = disk_->identity(target);
   const auto mode = identity ? identity->mode : privateMode;
   const auto prefix =
       folderOf(target) + '/' + std::string(temporaryPrefix) + std::to_string(getpid()) + '-';
-  std::string temporary;
-  auto failed = std::make_error_code(std::errc::file_exists);
-  for (int i = 0; i < temporaryNames && failed == std::errc::file_exists; ++i) {
-    temporary = prefix + std::to_string(i);
-    failed = disk_->create(temporary, bytes, mode);
+  Temporary temporary{"", std::make_error_code(std::errc::file_exists)};
+  for (int i = 0; i < temporaryNames && temporary.failed == std::errc::file_exists; ++i) {
+    temporary.path = prefix + std::to_string(i);
+    temporary.failed = disk_->create(temporary.path, bytes, mode);
   }
-  if (failed == std::errc::file_exists) return failed;  // none of those files is ours
-  if (!failed) failed = disk_->rename(temporary, target);
-  if (failed) (void)disk_->remove(temporary);
-  return failed;
+  const bool isOurs = temporary.failed != std::errc::file_exists;
+  if (temporary.failed && isOurs) (void)disk_->remove(temporary.path);
+  return temporary;
 }
 
 std::error_code NotesFolder::sync() {
@@ -164,10 +205,11 @@ std::error_code NotesFolder::sync() {
   return real == dir_ ? std::error_code{} : disk_->syncFolder(real);
 }
 
+std::string NotesFolder::readLog() const { return disk_->read(logFile()).value_or(""); }
+
 std::error_code NotesFolder::appendToLog(std::string_view lines) {
-  const auto log = path("removed-notes.jsonl");
-  const bool isNew = !disk_->exists(log);
-  const auto failed = disk_->appendLines(log, lines);
+  const bool isNew = !disk_->exists(logFile());
+  const auto failed = disk_->appendLines(logFile(), lines);
   // The save that follows forgets the texts: the name of their log must not get lost after that.
   return failed || !isNew ? failed : disk_->syncFolder(dir_);
 }

@@ -60,14 +60,17 @@ class NotesFolder {
 
   /// Makes the folder when it is missing.
   std::error_code make() { return disk_->makeFolders(dir_); }
-  /// Waits for this process's turn to write. Once its patience is at an end it writes in any case:
-  /// a process that hangs must not cost the user his words.
+  /// Waits for this process's turn to write, as long as it has patience; the error tells why there
+  /// was none. Nothing may be written then: whoever has the turn would write over it.
   std::unique_ptr<FileLock::Scope> waitForTurn() const;
   /// Replaces the main file by the bytes. `current` is what `readMain` found during this turn:
-  /// good, it becomes the backup; damaged, it is kept aside; unreadable, nothing is touched.
+  /// good, it becomes the backup; damaged, it is kept aside; unreadable, nothing is touched. The
+  /// error is `mainHasChanged` when another program, without a turn, wrote the file since.
   std::error_code replaceMain(std::string_view bytes, const Main& current);
   /// The last step of a save: what was renamed stays renamed after a power cut.
   std::error_code sync();
+  /// The log of removed notes; empty when there is none, or none that can be read.
+  std::string readLog() const;
   /// Adds lines to the log of removed notes.
   std::error_code appendToLog(std::string_view lines);
 
@@ -75,18 +78,30 @@ class NotesFolder {
   std::string path(std::string_view name) const { return dir_ + '/' + std::string(name); }
   std::string mainFile() const { return path("notes.json"); }
   std::string backupFile() const { return path("notes.bak.json"); }
+  std::string logFile() const { return path("removed-notes.jsonl"); }
   void cleanTemp();
+  void cleanTemp(const std::string& folder);
+  std::optional<NotesMap> readBackup() const;
   Loaded loadBackup(const Main& main, NotesAccess access);
   bool keepCorrupt(const std::string& base, NotesAccess access);
-  bool isKept(const std::string& base, const std::string& bytes) const;
   std::error_code rotateBackup(const Main& current);
+  std::error_code rotateAndRename(std::string_view bytes, const Main& current,
+                                  const std::string& temporary, const std::string& target);
   std::error_code writeAtomically(const std::string& target, std::string_view bytes);
+  struct Temporary {
+    std::string path;
+    std::error_code failed;
+  };
+  Temporary makeTemporary(const std::string& target, std::string_view bytes);
 
   std::string dir_;
   std::shared_ptr<NotesDisk> disk_;
   Clock clock_;
   Seconds patience_;
 };
+
+/// The error of a save that is to be tried again from what the main file holds now.
+inline const auto mainHasChanged = std::make_error_code(std::errc::resource_unavailable_try_again);
 
 /// Stands for bytes that need not be kept to be recognised.
 std::size_t notesFingerprint(std::string_view bytes);

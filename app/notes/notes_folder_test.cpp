@@ -8,6 +8,7 @@
 
 #include "app/notes/notes_store.h"
 #include "tests/support/hooked_notes_disk.h"
+#include "tests/support/manual_notes.h"
 #include "tests/support/temporary_folder.h"
 
 namespace zelvane {
@@ -15,6 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using test::HookedNotesDisk;
+using test::manual;
 using test::TemporaryFolder;
 using testing::ElementsAre;
 using testing::StartsWith;
@@ -23,10 +25,6 @@ constexpr auto backupRead = "메모 파일이 깨져서 백업에서 읽었어�
 constexpr auto backupShown = "메모 파일을 읽지 못해 백업을 보여 주고 있어요";
 constexpr auto notSaved = "메모 파일을 읽지 못해서 원본을 그대로 두었어요";
 constexpr auto saveFailed = "메모를 저장하지 못했어요";
-
-NotesStore::Options manual(const TemporaryFolder& folder) {
-  return {.dir = folder.path(), .saveDelay = Seconds(1e6), .retryDelay = Seconds(1e6)};
-}
 
 std::string fileWith(const std::string& memo) {
   return R"({"v":1,"entries":{"s1":{"memo":")" + memo + R"(","updated":1.0}}})";
@@ -198,6 +196,8 @@ TEST(NotesFolder, WritesThroughALinkAndKeepsPermissions) {
   const auto real = elsewhere.write("mine.json", fileWith("처음"));
   fs::permissions(real, fs::perms(0640));
   fs::create_symlink(real, folder.path("notes.json"));
+  const auto left = elsewhere.write("notes.json.sb-7-0", "x");
+  fs::last_write_time(left, fs::file_time_type::clock::now() - std::chrono::hours(2));
   {
     NotesStore store(manual(folder));
     store.setMemo("s1", "다음");
@@ -208,6 +208,7 @@ TEST(NotesFolder, WritesThroughALinkAndKeepsPermissions) {
   EXPECT_THAT(elsewhere.read("mine.json"), testing::HasSubstr("다음"));
   EXPECT_EQ(fs::status(real).permissions(), fs::perms(0640));
   EXPECT_EQ(folder.read("notes.bak.json"), fileWith("처음"));
+  EXPECT_FALSE(fs::exists(left));
 }
 
 TEST(NotesFolder, TakesAMemoOfMegabytes) {
@@ -219,41 +220,17 @@ TEST(NotesFolder, TakesAMemoOfMegabytes) {
   EXPECT_TRUE(store.entry("s1").memo == memo);
 }
 
-/// Fails call after call of a save, the first in the first round: nothing may be lost at any time.
-TEST(FailingDisk, CostsNoNotesAndNoBackup) {
-  int cases = 0;
-  for (bool done = false; !done; ++cases) {
-    const TemporaryFolder folder;
-    NotesStore(manual(folder)).setMemo("s1", "처음");
-    NotesStore(manual(folder)).setMemo("s1", "하나");
-    const auto backup = folder.read("notes.bak.json");
-    int left = 1'000'000;
-    auto options = manual(folder);
-    options.disk = std::make_shared<HookedNotesDisk>([&](const auto&, const auto&) {
-      return left-- == 0 ? std::make_error_code(std::errc::io_error) : std::error_code();
-    });
-    NotesStore store(options);
-    store.setMemo("s1", "둘");
-    store.setTitle("s2", "둘");
-    left = cases;
-    store.flush();
-    done = left >= 0;
-
-    const auto main = decodeNotes(folder.read("notes.json"));
-    ASSERT_TRUE(main) << cases;
-    const bool saved = main->at("s1")->memo == "둘" && main->contains("s2");
-    EXPECT_TRUE(saved || (main->at("s1")->memo == "하나" && !main->contains("s2"))) << cases;
-    EXPECT_TRUE(saved || store.problem()) << cases;
-    const auto kept = decodeNotes(folder.read("notes.bak.json"));
-    ASSERT_TRUE(kept) << cases;
-    EXPECT_THAT(kept->at("s1")->memo, testing::AnyOf("처음", "하나")) << cases;
-
-    store.flush();
-    EXPECT_FALSE(store.problem()) << cases;
-    EXPECT_EQ(NotesStore(manual(folder)).entry("s1").memo, "둘") << cases;
-    EXPECT_EQ(decodeNotes(folder.read("notes.bak.json"))->at("s1")->memo, "하나") << cases;
-  }
-  EXPECT_GT(cases, 10);
+TEST(RemovedLog, IsNotPouredIntoAPipe) {
+  const TemporaryFolder folder;
+  NotesStore store(manual(folder));
+  store.setTitle("s1", "이름");
+  ASSERT_EQ(mkfifo(folder.path("removed-notes.jsonl").c_str(), 0600), 0);
+  store.setTitle("s1", std::nullopt);
+  store.flush();
+  EXPECT_FALSE(store.problem());
+  fs::remove(folder.path("removed-notes.jsonl"));
+  store.flush();
+  EXPECT_THAT(folder.read("removed-notes.jsonl"), testing::HasSubstr("이름"));
 }
 
 TEST(FailingDisk, LogsEachRemovedTextOnceItCan) {

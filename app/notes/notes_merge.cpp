@@ -54,6 +54,26 @@ NotesEntryPtr mergeEntry(const std::string& id, const NotesChange& change,
   return merged.empty() ? nullptr : std::make_shared<NotesEntry>(merged);
 }
 
+/// Texts that we did not touch, that are gone or another's now, and that no edit accounts for: an
+/// edit makes the notes later, and who made it logged what it removed. Of notes that are gone
+/// altogether nothing tells.
+void addDropped(const std::string& id, const NotesChange& change, const NotesEntryPtr& theirs,
+                const NotesEntryPtr& merged, std::vector<RemovedText>& lost) {
+  const auto before = valueOf(change.before);
+  const auto mine = valueOf(change.after);
+  const auto result = valueOf(merged);
+  if (theirs && theirs->updated >= before.updated) return;
+  const auto dropped = [](const Text& old, const Text& ours, const Text& now) {
+    return old && ours == old && now != old;
+  };
+  if (dropped(before.title, mine.title, result.title)) {
+    lost.push_back({id, RemovedText::Kind::title, *before.title, before.updated});
+  }
+  if (dropped(before.memo, mine.memo, result.memo)) {
+    lost.push_back({id, RemovedText::Kind::memo, *before.memo, before.updated});
+  }
+}
+
 /// What the other changed, removed or added.
 NotesNews difference(const NotesMap& known, const NotesMap& theirs) {
   NotesNews news;
@@ -70,8 +90,14 @@ NotesNews difference(const NotesMap& known, const NotesMap& theirs) {
 
 NotesMerge mergeNotes(const NotesMap& known, NotesMap theirs, const NotesChanges& mine) {
   NotesMerge merge{.news = difference(known, theirs)};
+  for (const auto& [id, entry] : merge.news) {
+    const auto before = find(known, id);
+    if (!mine.contains(id)) addDropped(id, {before, before}, entry, entry, merge.lost);
+  }
   for (const auto& [id, change] : mine) {
-    const auto merged = mergeEntry(id, change, find(theirs, id), merge.lost);
+    const auto their = find(theirs, id);
+    const auto merged = mergeEntry(id, change, their, merge.lost);
+    addDropped(id, change, their, merged, merge.lost);
     put(theirs, id, merged);
     merge.news.erase(id);
     if (!same(merged, change.after)) merge.news[id] = merged;

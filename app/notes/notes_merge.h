@@ -23,13 +23,14 @@ using NotesNews = std::map<std::string, NotesEntryPtr>;
 struct NotesMerge {
   NotesMap notes;                 ///< what the file is to hold
   NotesNews news;                 ///< where that differs from what memory holds
-  std::vector<RemovedText> lost;  ///< texts that had to give way to a later edit
+  std::vector<RemovedText> lost;  ///< texts that the file is not to hold, and no user took away
 };
 
 /// Merges our changes into the file's notes as they are now. `known` is what the file held when we
 /// last looked: what differs from it in `theirs` is another's change, removals included. Titles and
 /// memos are merged apart. Where both sides changed the same text, a text beats a removal, and of
-/// two texts the one in the notes updated later wins.
+/// two texts the one in the notes updated later wins. Lost is the other, and what is missing in
+/// `theirs` without a later edit, as in an older copy that was put in the file's place.
 NotesMerge mergeNotes(const NotesMap& known, NotesMap theirs, const NotesChanges& mine);
 
 }  // namespace zelvane

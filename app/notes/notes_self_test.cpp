@@ -245,10 +245,13 @@ constexpr Scenario scenarios[] = {
 
 }  // namespace
 
-bool runNotesSelfTest(std::ostream& out) {
+bool runNotesSelfTest(std::ostream& out, std::ostream& errors) {
   std::error_code failed;
-  auto root = (fs::temp_directory_path(failed) / "zelvane-notes-XXXXXX").string();
+  const auto temporary = fs::temp_directory_path(failed);
+  auto root = (temporary / "zelvane-notes-XXXXXX").string();
   const bool made = !failed && mkdtemp(root.data());
+  if (!made)
+    errors << L("임시 폴더를 만들지 못해서 확인하지 못했어요. TMPDIR 을 봐 주세요.") << '\n';
   bool allPassed = true;
   int number = 0;
   for (const auto& [title, passes] : scenarios) {

@@ -1,7 +1,9 @@
 #include "app/notes/notes_store.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <future>
+#include <new>
 #include <utility>
 
 #include "core/localization.h"
@@ -10,6 +12,8 @@
 
 namespace zelvane {
 namespace {
+
+constexpr int savesAtOnce = 3;  // of one that others disturb
 
 /// What went wrong, for the user.
 std::string described(const std::error_code& failed) {
@@ -22,6 +26,16 @@ std::string described(const std::error_code& failed) {
   if (failed == std::errc::read_only_file_system) return L("읽기 전용 디스크예요");
   if (failed == std::errc::io_error) return L("디스크를 읽거나 쓰지 못했어요");
   if (failed == std::errc::file_too_large) return L("메모가 너무 커요");
+  if (failed == std::errc::not_enough_memory) return L("컴퓨터에 남은 메모리가 없어요");
+  if (failed == std::errc::not_a_directory) return L("폴더 자리에 다른 것이 있어요");
+  if (failed == std::errc::is_a_directory || failed == std::errc::file_exists ||
+      failed == std::errc::no_such_device_or_address) {
+    return L("파일 자리에 폴더나 다른 것이 있어요");
+  }
+  // Somebody else's turn, or a program that writes without one.
+  if (failed == std::errc::resource_unavailable_try_again) {
+    return L("다른 프로그램이 메모를 쓰는 중이에요");
+  }
   return LF("시스템 오류 %d", {std::int64_t{failed.value()}});
 }
 
@@ -42,7 +56,10 @@ NotesStore::NotesStore(const Options& options)
   problem_ = std::move(loaded.problem);
 }
 
-NotesStore::~NotesStore() { flush(); }
+NotesStore::~NotesStore() {
+  (void)reloadIfChanged();  // a file that was damaged since the last look is written anew
+  flush();
+}
 
 NotesEntry NotesStore::entry(const std::string& id) const {
   NotesEntryPtr found;
@@ -97,6 +114,7 @@ void NotesStore::mutate(const std::string& id, const std::function<void(NotesEnt
     NotesEntry entry = old ? *old : NotesEntry{};
     change(entry);
     entry.title = NotesText::clean(entry.title);
+    if (entry.memo && NotesText::stripped(*entry.memo).empty()) entry.memo = std::nullopt;
     entry.updated = secondsSince1970(clock_());
     const RemovedText title{id, RemovedText::Kind::title, old ? old->title.value_or("") : "",
                             entry.updated};
@@ -104,6 +122,9 @@ void NotesStore::mutate(const std::string& id, const std::function<void(NotesEnt
     removed = memory_.edit(id, std::move(entry));
     if (titleRemoved && std::find(removed.begin(), removed.end(), title) == removed.end()) {
       removed.push_back(title);
+    }
+    for (const auto& text : removed) {
+      if (text.kind == RemovedText::Kind::memo) loggedMemos_[id] = text.text;
     }
     dirty_ = true;
   }
@@ -125,37 +146,44 @@ bool NotesStore::carry(const std::string& from, const std::string& to) {
 
 void NotesStore::memoEditEnded(const std::string& id, const std::string& original) {
   const auto before = NotesText::stripped(original);
+  {
+    const std::lock_guard lock(lock_);
+    const auto logged = loggedMemos_.extract(id);
+    if (logged && logged.mapped() == original) return;
+  }
   const auto memo = entry(id).memo.value_or("");
   if (before.empty() || before == NotesText::stripped(memo)) return;
   appendRemoved({{id, RemovedText::Kind::memo, original, secondsSince1970(clock_())}});
 }
 
 void NotesStore::appendRemoved(const std::vector<RemovedText>& removed) {
-  if (removed.empty()) return;
-  {
-    const std::lock_guard lock(lock_);
-    if (!mayWrite()) return;
-  }
+  if (removed.empty() || !mayWriteNow()) return;
   io_.post([this, removed] {
     for (const auto& text : removed) unlogged_ += removedLine(text);
-    writeLog();
+    (void)writeLog();
   });
 }
 
 /// On the queue. What cannot be written now goes with the next save.
-void NotesStore::writeLog() {
-  if (unlogged_.empty()) return;
+std::error_code NotesStore::writeLog() {
+  if (unlogged_.empty()) return {};
   (void)folder_.make();
-  if (!folder_.appendToLog(unlogged_)) unlogged_.clear();
+  const auto failed = folder_.appendToLog(unlogged_);
+  if (!failed) unlogged_.clear();
+  return failed;
 }
 
-/// On the queue, before the file loses them; once, however often the save is tried.
-void NotesStore::logLost(const std::vector<RemovedText>& lost) {
+/// On the queue, before the file or memory loses them, which must not happen after a failure; once,
+/// however often the save is tried, and not when somebody else did.
+std::error_code NotesStore::logLost(const std::vector<RemovedText>& lost) {
+  const auto log = lost.empty() ? "" : folder_.readLog();
   for (const auto& text : lost) {
-    if (std::find(lost_.begin(), lost_.end(), text) == lost_.end()) unlogged_ += removedLine(text);
+    const bool again = std::find(lost_.begin(), lost_.end(), text) != lost_.end();
+    if (!again && !holds(log, text)) unlogged_ += removedLine(text);
   }
   lost_ = lost;
-  writeLog();
+  const auto failed = writeLog();
+  return lost.empty() ? std::error_code() : failed;
 }
 
 void NotesStore::scheduleSave() {
@@ -173,12 +201,14 @@ void NotesStore::scheduleSave() {
   });
 }
 
-void NotesStore::flush() {
+std::optional<std::string> NotesStore::flush() {
   {
     const std::lock_guard lock(lock_);
     ++pending_;
   }
-  runOnQueue([this] { writeNow(); });
+  std::optional<std::string> failure;
+  runOnQueue([&] { failure = writeNow(); });
+  return failure;
 }
 
 void NotesStore::runOnQueue(const std::function<void()>& task) {
@@ -192,37 +222,56 @@ void NotesStore::runOnQueue(const std::function<void()>& task) {
 }
 
 /// On the queue.
-void NotesStore::writeNow() {
+std::optional<std::string> NotesStore::writeNow() {
   NotesChanges changes;
   bool wanted = false;
   {
     const std::lock_guard lock(lock_);
-    if (!mayWrite()) return;
+    if (!readOnly_ && !writable_ && dirty_) return L("메모 파일을 읽지 못했어요");
+    if (!mayWrite()) return std::nullopt;
     wanted = std::exchange(dirty_, false);
     if (wanted) changes = memory_.changes();
   }
   if (!wanted) {
-    writeLog();
-    return;
+    (void)writeLog();
+    return std::nullopt;
   }
-  const auto failed = write(changes);
+  const auto failed = written(changes);
   if (!failed) {
     setProblem(std::nullopt);
-    return;
+    return std::nullopt;
   }
-  setProblem(LF("메모를 저장하지 못했어요. 5초 뒤 다시 시도해요 (%@)", {described(failed)}));
+  const auto reason = described(failed);
+  setProblem(LF("메모를 저장하지 못했어요. 5초 뒤 다시 시도해요 (%@)", {reason}));
   retryLater();
+  return reason;
+}
+
+std::error_code NotesStore::written(const NotesChanges& changes) {
+  try {
+    return write(changes);
+  } catch (const std::bad_alloc&) {
+    return std::make_error_code(std::errc::not_enough_memory);
+  }
 }
 
 /// On the queue: one save from end to end.
 std::error_code NotesStore::write(const NotesChanges& changes) {
   if (const auto failed = folder_.make()) return failed;
   const auto turn = folder_.waitForTurn();
+  if (const auto failed = turn->error()) return failed;
+  auto failed = mainHasChanged;
+  for (int i = 0; i < savesAtOnce && failed == mainHasChanged; ++i) failed = writeMerged(changes);
+  return failed;
+}
+
+/// On the queue, in our turn: merges the changes into the file as it is now.
+std::error_code NotesStore::writeMerged(const NotesChanges& changes) {
   auto main = folder_.readMain(fingerprint_);
   const bool changedByOther = main.state == NotesFolder::Main::State::good;
   // A file that is gone or damaged tells nothing about what was removed.
   auto merge = mergeNotes(known_, changedByOther ? std::move(main.notes) : known_, changes);
-  logLost(merge.lost);
+  if (const auto failed = logLost(merge.lost)) return failed;
   const auto bytes = encodeNotes(merge.notes);
   if (const auto failed = folder_.replaceMain(bytes, main)) return failed;
 
@@ -255,6 +304,11 @@ void NotesStore::retryLater() {
   });
 }
 
+NotesChanges NotesStore::unsaved() const {
+  const std::lock_guard lock(lock_);
+  return memory_.changes();
+}
+
 bool NotesStore::reloadIfChanged() {
   const auto identity = folder_.mainIdentity();
   {
@@ -271,13 +325,23 @@ bool NotesStore::reload() {
   auto main = folder_.readMain(fingerprint_);
   NotesNews news;
   if (main.state == NotesFolder::Main::State::good) {
-    news = mergeNotes(known_, main.notes, {}).news;
+    auto merge = mergeNotes(known_, main.notes, unsaved());
+    // What cannot be logged stays in memory; the next look tries again.
+    if (mayWriteNow() && logLost(merge.lost)) return false;
+    news = std::move(merge.news);
     known_ = std::move(main.notes);
     fingerprint_ = main.fingerprint;
   }
-  const std::lock_guard lock(lock_);
-  seen_ = main.identity;
-  memory_.take(news);
+  // Then the newest words may be in memory only, so they are saved, or the user hears that they
+  // cannot be.
+  const bool broken = !main.isGood() && !known_.empty();
+  {
+    const std::lock_guard lock(lock_);
+    seen_ = main.identity;
+    memory_.take(news);
+    if (broken) dirty_ = true;
+  }
+  if (broken) scheduleSave();
   return !news.empty();
 }
 

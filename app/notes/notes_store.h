@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -57,8 +58,9 @@ class NotesStore {
 
   /// Saves half a second from now; later calls put the save off.
   void scheduleSave();
-  /// Saves now, and returns when that is done or has failed; `problem` tells.
-  void flush();
+  /// Saves now, and returns when that is done or has failed: then why, as a sentence without its
+  /// end. Nothing when all is saved, or nothing may be written.
+  std::optional<std::string> flush();
   /// Takes over what another process wrote into the file; true when notes changed by it. Costs one
   /// look at the file's attributes when nothing happened.
   bool reloadIfChanged();
@@ -69,14 +71,21 @@ class NotesStore {
  private:
   void mutate(const std::string& id, const std::function<void(NotesEntry&)>& change);
   void appendRemoved(const std::vector<RemovedText>& removed);
-  void writeLog();
-  void logLost(const std::vector<RemovedText>& lost);
-  void writeNow();
+  std::error_code writeLog();
+  std::error_code logLost(const std::vector<RemovedText>& lost);
+  std::optional<std::string> writeNow();
+  std::error_code written(const NotesChanges& changes);
   std::error_code write(const NotesChanges& changes);
+  std::error_code writeMerged(const NotesChanges& changes);
   void retryLater();
   bool reload();
+  NotesChanges unsaved() const;
   void runOnQueue(const std::function<void()>& task);
   bool mayWrite() const { return writable_ && !readOnly_; }
+  bool mayWriteNow() const {
+    const std::lock_guard lock(lock_);
+    return mayWrite();
+  }
 
   const Clock clock_;
   const Seconds saveDelay_;
@@ -90,6 +99,7 @@ class NotesStore {
   bool readOnly_;
   std::optional<std::string> problem_;
   ProblemObserver onProblem_;
+  std::map<std::string, std::string> loggedMemos_;  ///< of others, logged when they were replaced
   std::uint64_t pending_ = 0;         ///< number of the scheduled save; all earlier ones are void
   std::optional<FileIdentity> seen_;  ///< the main file as it was last read or written
 

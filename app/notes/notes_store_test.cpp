@@ -9,6 +9,7 @@
 #include "app/notes/notes_self_test.h"
 #include "tests/support/event_counter.h"
 #include "tests/support/hooked_notes_disk.h"
+#include "tests/support/manual_notes.h"
 #include "tests/support/temporary_folder.h"
 
 namespace zelvane {
@@ -16,24 +17,22 @@ namespace {
 
 using test::EventCounter;
 using test::HookedNotesDisk;
+using test::manual;
 using test::TemporaryFolder;
 using testing::HasSubstr;
 
 constexpr Seconds soon(0.001);
-constexpr Seconds never(1e6);
-
-NotesStore::Options manual(const TemporaryFolder& folder) {
-  return {.dir = folder.path("notes"), .saveDelay = never, .retryDelay = never};
-}
 
 /// The main file as a fresh store reads it.
 NotesEntry onDisk(const TemporaryFolder& folder, const std::string& id) {
-  return NotesStore({.dir = folder.path("notes"), .readOnly = true}).entry(id);
+  return NotesStore({.dir = folder.path(), .readOnly = true}).entry(id);
 }
 
 TEST(NotesSelfTest, PassesEveryScenario) {
   std::ostringstream out;
-  EXPECT_TRUE(runNotesSelfTest(out)) << out.str();
+  std::ostringstream errors;
+  EXPECT_TRUE(runNotesSelfTest(out, errors)) << out.str();
+  EXPECT_EQ(errors.str(), "");
   EXPECT_THAT(out.str(), testing::StartsWith("통과 처음엔 비어 있고 문제 없음\n"));
   EXPECT_THAT(out.str(), testing::Not(HasSubstr("실패")));
 }
@@ -49,7 +48,7 @@ TEST(NotesStore, StampsChangesAndCountsEmptiedNotesAsNone) {
   EXPECT_EQ(store.entry("s1"), NotesEntry{});
   store.setTitle("s2", "이름");
   store.flush();
-  EXPECT_EQ(folder.read("notes/notes.json"),
+  EXPECT_EQ(folder.read("notes.json"),
             R"({"v":1,"entries":{"s2":{"title":"이름","updated":1731650000.5}}})");
 }
 
@@ -96,7 +95,7 @@ TEST(NotesStore, LogsWhatTheUserTookAway) {
     store.setMemo("s1", "메모");
     act(store);
     store.flush();
-    EXPECT_EQ(folder.read("notes/removed-notes.jsonl"), log) << what;
+    EXPECT_EQ(folder.read("removed-notes.jsonl"), log) << what;
   }
 }
 
@@ -115,7 +114,7 @@ TEST(NotesStore, FoldsABurstIntoOneSave) {
   ASSERT_TRUE(saves.waitFor(1));
   EXPECT_EQ(onDisk(folder, "s1").memo, "99");
   // One save: there was never a main file to make a backup of.
-  EXPECT_EQ(folder.read("notes/notes.bak.json"), "");
+  EXPECT_EQ(folder.read("notes.bak.json"), "");
 }
 
 TEST(NotesStore, ReportsAProblemOnlyWhenItChanges) {
@@ -132,8 +131,8 @@ TEST(NotesStore, ReportsAProblemOnlyWhenItChanges) {
 
 TEST(NotesStore, WritesNothingWhenReadOnly) {
   const TemporaryFolder folder;
-  folder.write("notes/notes.json", "{");
-  folder.write("notes/notes.bak.json", R"({"v":1,"entries":{"s1":{"memo":"m","updated":1}}})");
+  folder.write("notes.json", "{");
+  folder.write("notes.bak.json", R"({"v":1,"entries":{"s1":{"memo":"m","updated":1}}})");
   auto options = manual(folder);
   options.readOnly = true;
   {
@@ -144,7 +143,7 @@ TEST(NotesStore, WritesNothingWhenReadOnly) {
     EXPECT_EQ(store.entry("s1").memo, "n");
   }
   std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(folder.path("notes"))) {
+  for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
     names.push_back(entry.path().filename());
   }
   EXPECT_THAT(names, testing::UnorderedElementsAre("notes.json", "notes.bak.json"));
@@ -174,26 +173,119 @@ TEST(NotesStore, NoticesWhatAnotherWrote) {
 }
 
 TEST(NotesStore, ForgetsNothingWhenTheFileIsDamagedOrGone) {
-  for (const std::string damage : {"{깨짐", ""}) {
+  enum class Next { edit, save, quit };
+  for (const auto& [damage, next] : std::vector<std::pair<std::string, Next>>{
+           {"{깨짐", Next::edit},
+           {"", Next::edit},
+           {"{깨짐", Next::save},
+           {"", Next::save},
+           {"{깨짐", Next::quit},
+           {"", Next::quit},
+       }) {
     const TemporaryFolder folder;
-    NotesStore store(manual(folder));
-    store.setMemo("s1", "하나");
-    store.flush();
-    store.setMemo("s1", "둘");
-    store.flush();
-    const auto backup = folder.read("notes/notes.bak.json");
+    auto store = std::make_unique<NotesStore>(manual(folder));
+    store->setMemo("s1", "하나");
+    store->flush();
+    store->setMemo("s1", "둘");
+    store->flush();
+    const auto backup = folder.read("notes.bak.json");
     if (damage.empty()) {
-      std::filesystem::remove(folder.path("notes/notes.json"));
+      std::filesystem::remove(folder.path("notes.json"));
     } else {
-      folder.write("notes/notes.json", damage);
+      folder.write("notes.json", damage);
     }
-    EXPECT_FALSE(store.reloadIfChanged());
-    store.setTitle("s2", "셋");
-    store.flush();
+    EXPECT_FALSE(next != Next::quit && store->reloadIfChanged());
+    if (next == Next::edit) store->setTitle("s2", "셋");
+    if (next == Next::quit) store.reset();
+    if (store) store->flush();
     EXPECT_EQ(onDisk(folder, "s1").memo, "둘") << damage;
-    EXPECT_EQ(onDisk(folder, "s2").title, "셋") << damage;
-    EXPECT_EQ(folder.read("notes/notes.bak.json"), backup) << damage;
+    EXPECT_EQ(onDisk(folder, "s2").title.has_value(), next == Next::edit) << damage;
+    EXPECT_EQ(folder.read("notes.bak.json"), backup) << damage;
   }
+}
+
+TEST(NotesStore, TellsAtOnceThatTheFileCannotBeReadAnyMore) {
+  const TemporaryFolder folder;
+  auto options = manual(folder);
+  options.saveDelay = soon;
+  NotesStore store(options);
+  store.setMemo("s1", "하나");
+  store.flush();
+  std::filesystem::rename(folder.path("notes.json"), folder.path("away"));
+  std::filesystem::create_directory(folder.path("notes.json"));
+  EventCounter told;
+  store.onProblem([&](const auto& problem) {
+    if (problem) told.add();
+  });
+  store.reloadIfChanged();
+  EXPECT_TRUE(told.waitFor(1));
+}
+
+TEST(NotesStore, LogsWhatAnOlderCopyOfTheFileTakesAway) {
+  for (const bool withLog : {true, false}) {
+    const TemporaryFolder folder;
+    auto options = manual(folder);
+    double now = 1;
+    options.clock = [&] { return timeAt(now); };
+    NotesStore store(options);
+    store.setMemo("s1", "옛 메모");
+    store.flush();
+    const auto copy = folder.read("notes.json");
+    now = 2;
+    store.setMemo("s1", "새 메모");
+    store.setTitle("s2", "이름");
+    store.flush();
+    folder.write("notes.json", copy);
+    if (!withLog) std::filesystem::create_directory(folder.path("removed-notes.jsonl"));
+    EXPECT_EQ(store.reloadIfChanged(), withLog);
+    EXPECT_EQ(store.entry("s1").memo, withLog ? "옛 메모" : "새 메모");
+    if (!withLog) {
+      // A save that would lose them fails, too.
+      store.setMemo("s3", "셋");
+      store.flush();
+      EXPECT_TRUE(store.problem());
+      EXPECT_EQ(folder.read("notes.json"), copy);
+      std::filesystem::remove(folder.path("removed-notes.jsonl"));
+    }
+    store.flush();
+    EXPECT_FALSE(store.problem());
+    EXPECT_EQ(folder.read("removed-notes.jsonl"),
+              "{\"at\":2.0,\"memo\":\"새 메모\",\"sid\":\"s1\"}\n"
+              "{\"at\":2.0,\"sid\":\"s2\",\"title\":\"이름\"}\n");
+  }
+}
+
+TEST(NotesStore, LogsAMemoOnceWhoeverWroteAndRemovedIt) {
+  const TemporaryFolder folder;
+  NotesStore column(manual(folder));
+  const auto command = [&](const std::string& memo) {
+    NotesStore store(manual(folder));
+    const auto before = store.entry("s1").memo.value_or("");
+    store.setMemo("s1", memo);
+    store.memoEditEnded("s1", before);
+  };
+  command("남의 것");
+  column.reloadIfChanged();
+  // Edited in the column, once it has shown it.
+  column.setMemo("s1", "남의");
+  column.setMemo("s1", "내 것");
+  column.memoEditEnded("s1", "남의 것");
+  column.flush();
+  command("");
+  column.reloadIfChanged();
+  column.flush();
+  const auto log = folder.read("removed-notes.jsonl");
+  EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 2) << log;
+  EXPECT_THAT(log, HasSubstr("남의 것"));
+  EXPECT_THAT(log, HasSubstr("내 것"));
+}
+
+TEST(NotesStore, DropsAMemoOfBlanksThatAHandWrote) {
+  const TemporaryFolder folder;
+  folder.write("notes.json", R"({"v":1,"entries":{"s1":{"title":"a","memo":" \n","updated":1}}})");
+  NotesStore store(manual(folder));
+  store.setTitle("s1", std::nullopt);
+  EXPECT_EQ(store.entry("s1"), NotesEntry{});
 }
 
 TEST(NotesStore, SavesWhatIsLeftAtItsEnd) {
@@ -221,7 +313,7 @@ TEST(NotesStore, MakesNoCallerWaitForASave) {
   store.setMemo("s1", "둘");
   EXPECT_EQ(store.entry("s1").memo, "둘");
   EXPECT_TRUE(store.carry("s1", "s2"));
-  EXPECT_EQ(folder.read("notes/notes.json"), "");
+  EXPECT_EQ(folder.read("notes.json"), "");
   letGo.add();
   store.flush();
   EXPECT_EQ(onDisk(folder, "s1").memo, "둘");

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int longestTitle = 80;
 
-/// Bytes of the UTF-8 character that begins with this one, and of one that ends before `end`.
+/// Bytes of the UTF-8 character that begins at this one.
 std::size_t lengthFrom(std::string_view text, std::size_t at) {
   std::size_t next = at + 1;
   while (next < text.size() && (text[next] & 0xC0) == 0x80) ++next;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace zelvane {
 
@@ -21,5 +22,8 @@ struct RemovedText {
 /// Its line: a compact JSON object with the keys "sid", "title" or "memo", and "at"; ends with a
 /// line feed.
 std::string removedLine(const RemovedText& removed);
+
+/// Whether a log with these bytes has such a line, of whatever time.
+bool holds(std::string_view log, const RemovedText& removed);
 
 }  // namespace zelvane

@@ -6,16 +6,18 @@
 #include "core/json_file.h"
 
 #include "app/notes/notes_store.h"
+#include "tests/support/event_counter.h"
+#include "tests/support/hooked_notes_disk.h"
+#include "tests/support/manual_notes.h"
 #include "tests/support/temporary_folder.h"
 
 namespace zelvane {
 namespace {
 
+using test::EventCounter;
+using test::HookedNotesDisk;
+using test::manual;
 using test::TemporaryFolder;
-
-NotesStore::Options manual(const TemporaryFolder& folder) {
-  return {.dir = folder.path(), .saveDelay = Seconds(1e6), .retryDelay = Seconds(1e6)};
-}
 
 /// Runs each part in a process of its own, all at once; true when all ended well.
 bool runAtOnce(const std::vector<std::function<bool()>>& parts) {
@@ -143,17 +145,95 @@ TEST(TwoWriters, LearnOfEachOtherBySaving) {
   EXPECT_EQ(column.entry("s1").title, "새 이름");
 }
 
-TEST(TwoWriters, AHungOneDoesNotKeepTheOtherFromSaving) {
+/// The disk of a writer that hangs at its last step until it is let go.
+struct HungDisk {
+  EventCounter hangs, letGo;
+  std::shared_ptr<NotesDisk> disk =
+      std::make_shared<HookedNotesDisk>([this](const auto& call, const auto& path) {
+        if (call == "rename" && path.ends_with("notes.json")) {
+          hangs.add();
+          letGo.waitFor(1);
+        }
+        return std::error_code();
+      });
+};
+
+TEST(TwoWriters, AHungOneCostsTheOtherNothingOnceItGoesOn) {
   const TemporaryFolder folder;
-  auto options = manual(folder);
-  options.lockPatience = Seconds(0.05);
-  NotesStore store(options);
-  const FileLock::Scope hung(folder.path("notes.json.lock"), FileLock::Wait::no);
-  ASSERT_TRUE(hung);
+  NotesStore(manual(folder)).setMemo("s0", "처음");
+  HungDisk hung;
+  auto slow = manual(folder);
+  slow.disk = hung.disk;
+  slow.saveDelay = Seconds(0);
+  NotesStore first(slow);
+  first.setMemo("s1", "먼저");
+  ASSERT_TRUE(hung.hangs.waitFor(1));
+
+  auto quick = manual(folder);
+  quick.lockPatience = Seconds(0.05);
+  NotesStore second(quick);
+  second.setMemo("s2", "나중");
+  second.flush();
+  EXPECT_EQ(
+      second.problem(),
+      "메모를 저장하지 못했어요. 5초 뒤 다시 시도해요 (다른 프로그램이 메모를 쓰는 중이에요)");
+  EXPECT_EQ(second.entry("s2").memo, "나중");
+
+  hung.letGo.add();
+  first.flush();
+  second.flush();
+  EXPECT_FALSE(first.problem());
+  EXPECT_FALSE(second.problem());
+  const NotesStore left(manual(folder));
+  EXPECT_EQ(left.entry("s0").memo, "처음");
+  EXPECT_EQ(left.entry("s1").memo, "먼저");
+  EXPECT_EQ(left.entry("s2").memo, "나중");
+}
+
+TEST(TwoWriters, WithoutALockFileNothingIsWritten) {
+  const TemporaryFolder folder;
+  NotesStore store(manual(folder));
+  std::filesystem::create_directory(folder.path("notes.json.lock"));
   store.setMemo("s1", "하나");
+  store.flush();
+  EXPECT_TRUE(store.problem());
+  EXPECT_FALSE(std::filesystem::exists(folder.path("notes.json")));
+  std::filesystem::remove(folder.path("notes.json.lock"));
   store.flush();
   EXPECT_FALSE(store.problem());
   EXPECT_EQ(NotesStore(manual(folder)).entry("s1").memo, "하나");
+}
+
+/// A text editor or a sync tool replaces the file whenever a save begins, while it makes its
+/// backup.
+TEST(TwoWriters, OneThatTakesNoTurnsIsMergedAllTheSame) {
+  const TemporaryFolder folder;
+  for (const std::string moment : {"notes.json.sb-", "notes.bak.tmp"}) {
+    NotesStore(manual(folder)).setMemo("s1", "하나");
+    int times = 1;
+    auto options = manual(folder);
+    options.disk = std::make_shared<HookedNotesDisk>([&](const auto& call, const auto& path) {
+      if (call != "create" || path.find(moment) == path.npos || times-- <= 0)
+        return std::error_code();
+      const auto theirs = R"({"v":1,"entries":{"s2":{"memo":"남의 것","updated":1}}})";
+      std::filesystem::rename(folder.write("theirs", theirs), folder.path("notes.json"));
+      return std::error_code();
+    });
+    NotesStore store(options);
+    store.setTitle("s1", "이름");
+    store.flush();
+    EXPECT_FALSE(store.problem()) << moment;
+    const NotesStore left(manual(folder));
+    EXPECT_EQ(left.entry("s1").title, "이름") << moment;
+    EXPECT_EQ(left.entry("s2").memo, "남의 것") << moment;
+    // Who replaces it each time is not written over either.
+    times = 1000;
+    store.setTitle("s1", "다음");
+    store.flush();
+    EXPECT_TRUE(store.problem()) << moment;
+    EXPECT_EQ(NotesStore(manual(folder)).entry("s1").title, std::nullopt) << moment;
+    times = 0;
+  }
 }
 
 }  // namespace

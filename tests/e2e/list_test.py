@@ -1,10 +1,13 @@
 """The command on real processes and real files."""
 import json
 import os
+import pty
+import shutil
+import subprocess
 import time
 import unittest
 
-from machine import Machine, eventually
+from machine import PROGRAMS, Machine, eventually
 
 
 class ListTest(unittest.TestCase):
@@ -132,6 +135,66 @@ class ListTest(unittest.TestCase):
                          [{"memo"}, {"title"}])
         self.assertEqual(machine.run("title", "alpha").stdout, "")
         self.assertEqual(machine.run("memo", "gamma", "x", check=False).returncode, 1)
+
+    def test_damaged_notes_are_told_by_every_command(self):
+        machine = self.machine
+        machine.write_session(machine.start_claude(), "a")
+        notes = machine.home / ".local/share/Zelvane"
+        good = '{"v":1,"entries":{"a":{"memo":"backup-word","updated":1.0}}}'
+        for backup in (good, "{"):
+            shutil.rmtree(notes, ignore_errors=True)
+            notes.mkdir(parents=True)
+            (notes / "notes.json").write_text('{"v":1,"entries":{"a":{"memo":5}}}')
+            (notes / "notes.bak.json").write_text(backup)
+            listed = machine.run("list", "--json")
+            self.assertIn("메모 파일을 읽지 못", json.loads(listed.stdout)["notesProblem"])
+            self.assertIn("메모 파일을 읽지 못", listed.stderr)
+            self.assertIn("메모 파일을 읽지 못", machine.run("list").stderr)
+            shown = machine.run("memo", "a", check=False)
+            self.assertEqual((shown.returncode, shown.stdout),
+                             (1, "backup-word\n" if backup == good else ""))
+            self.assertIn("메모 파일을 읽지 못", shown.stderr)
+            changed = machine.run("memo", "a", "new-word", check=False)
+            self.assertEqual(changed.returncode, 0 if backup == good else 1)
+            self.assertIn("메모 파일", changed.stderr)
+        self.assertEqual((notes / "notes.bak.json").read_text(), "{")
+
+    def test_a_memo_that_cannot_be_saved_or_read_changes_nothing(self):
+        machine = self.machine
+        machine.write_session(machine.start_claude(), "a")
+        machine.run("memo", "a", "old-word")
+        notes = machine.home / ".local/share/Zelvane"
+
+        def everything():
+            return {path.name: path.read_bytes() for path in notes.iterdir() if path.is_file()}
+
+        before = everything()
+        for unreadable in ("</", "<&-", "0>/dev/null"):
+            result = machine.run("-c", f'exec "$0" memo a - {unreadable}', PROGRAMS / "zelvane",
+                                 program="/bin/sh", check=False)
+            self.assertEqual((result.returncode, everything()), (1, before), unreadable)
+            self.assertIn("표준 입력을 읽지 못해서", result.stderr)
+        (notes / "notes.bak.json").mkdir()
+        failed = machine.run("memo", "a", "new-word", check=False)
+        self.assertEqual((failed.returncode, everything()), (1, before))
+        self.assertIn("저장하지 못했어요", failed.stderr)
+        self.assertNotIn("5초", failed.stderr)
+        (notes / "notes.bak.json").rmdir()
+        machine.run("memo", "a", "new-word")
+        self.assertIn("old-word", (notes / "removed-notes.jsonl").read_text())
+
+    def test_a_memo_does_not_steer_the_terminal(self):
+        machine = self.machine
+        machine.write_session(machine.start_claude(), "a")
+        memo = "\x1b]0;evil\x07\n  red\x1b[31m"
+        machine.run("memo", "a", memo)
+        self.assertEqual(machine.run("memo", "a").stdout, memo + "\n")
+        terminal, its_other_end = pty.openpty()
+        self.addCleanup(os.close, terminal)
+        subprocess.run([PROGRAMS / "zelvane", "memo", "a"], env=machine.env, stdout=its_other_end,
+                       check=True, timeout=60)
+        os.close(its_other_end)
+        self.assertEqual(os.read(terminal, 1000), b"]0;evil\r\n  red [31m\r\n")
 
     def test_wrong_use_is_told_on_standard_error(self):
         wrong = self.machine.run("nonsense", check=False)

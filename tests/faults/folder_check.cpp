@@ -27,16 +27,20 @@ bool anyFile(const std::string& disk, const std::function<bool(const std::string
 
 using Losses = std::vector<std::string>;
 
-void checkFiles(const std::string& disk, const Scenario& scenario, Expect expect, Losses& lost) {
+void checkBackup(const std::string& disk, const Scenario& scenario, Expect expect, Backup allowed,
+                 Losses& lost) {
+  const auto backup = notesIn(fileIn(disk, "notes.bak.json"));
+  const bool isOld = expect == Expect::oldOrNow && backup == scenario.backup;
+  const bool isNext = allowed == Backup::oldOrNext && backup == scenario.nextBackup;
+  if (!scenario.backup.empty() && !isOld && !isNext)
+    lost.push_back("the backup is \"" + backup + '"');
+}
+
+void checkFiles(const std::string& disk, const Scenario& scenario, Losses& lost) {
   const auto main = notesIn(fileIn(disk, "notes.json"));
   const bool wasGood = !scenario.damaged && !scenario.old.empty();
   if (wasGood && main != scenario.old && main != scenario.now) {
     lost.push_back("the main file was good and is \"" + main + '"');
-  }
-  const auto backup = notesIn(fileIn(disk, "notes.bak.json"));
-  const bool kept = expect == Expect::oldOrNow && backup == scenario.backup;
-  if (!scenario.backup.empty() && !kept && backup != scenario.nextBackup) {
-    lost.push_back("the backup is \"" + backup + '"');
   }
   for (const auto& word : scenario.words) {
     const auto has = [&](const auto& bytes) { return bytes.find(word) != bytes.npos; };
@@ -84,12 +88,13 @@ std::vector<std::string> lossesInLog(const std::string& before, const std::strin
   return lost;
 }
 
-std::vector<std::string> lossesIn(const std::string& disk, const Scenario& scenario,
-                                  Expect expect) {
+std::vector<std::string> lossesIn(const std::string& disk, const Scenario& scenario, Expect expect,
+                                  Backup backup) {
   const auto logBefore = scenario.disk.find(notesFolder + '/' + log);
   auto lost = lossesInLog(logBefore == scenario.disk.end() ? "" : logBefore->second.substr(1),
                           fileIn(disk, log));
-  checkFiles(disk, scenario, expect, lost);
+  checkBackup(disk, scenario, expect, backup, lost);
+  checkFiles(disk, scenario, lost);
   checkDamaged(disk, scenario, lost);
   checkNotes(disk, scenario, expect, lost);
   checkDamaged(disk, scenario, lost);

@@ -1,6 +1,7 @@
 // Puts every save of the notes through every fault and looks for losses afterwards.
 //   notes_faults [--broken-writer]   ends with 0 when nothing is lost, or, with the option, when
 //                                    each writer that leaves out a precaution is found out
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -117,12 +118,22 @@ std::vector<std::string> lossesAfterKill(const Saver& saver, const CallFault& fa
   return lossesIn(place.disk, saver.scenario, Expect::oldOrNow);
 }
 
+/// A save whose new file does not even fit on the disk leaves the backup as it was.
+Backup backupAfter(const CallFault& fault, const std::vector<FileCall>& calls) {
+  const bool replaced = std::any_of(calls.begin(), calls.end(), [](const auto& call) {
+    return call.name == "rename" && call.to.ends_with("notes.bak.json") && call.succeeded;
+  });
+  const auto& failed = calls[fault.call];
+  const bool didNotFit = failed.path.find(".sb-") != failed.path.npos && failed.name != "rename";
+  return replaced && !didNotFit ? Backup::oldOrNext : Backup::old;
+}
+
 std::vector<std::string> lossesAfterFailure(const Saver& saver, const CallFault& fault) {
   const Place place(saver.scenario.disk);
   std::vector<FileCall> calls;
   const auto ending = saver.run(place, fault, calls);
   if (ending == Ending::saved) return lossesIn(place.disk, saver.scenario, Expect::now);
-  auto lost = lossesIn(place.atFault, saver.scenario, Expect::oldOrNow);
+  auto lost = lossesIn(place.atFault, saver.scenario, Expect::oldOrNow, backupAfter(fault, calls));
   // A store that could not read the files when it was opened never writes.
   const bool gaveUp = ending == Ending::notSaved && saver.scenario.opensWithin;
   const auto later = lossesIn(place.disk, saver.scenario, gaveUp ? Expect::oldOrNow : Expect::now);
