@@ -11,20 +11,11 @@
 #include "platform/file_exchange.h"
 #include "platform/file_sync.h"
 
+#include "core/file_writing.h"
 #include "core/json_file.h"
 
 namespace zelvane {
 namespace {
-
-bool writeAll(int fd, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = write(fd, bytes.data(), bytes.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 1) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return true;
-}
 
 Placed tooLate(const std::string& file) {
   unlink(file.c_str());
