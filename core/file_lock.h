@@ -17,8 +17,8 @@ enum class Wait { no, yes };
 /// with errno EWOULDBLOCK when somebody else holds it.
 std::optional<std::int32_t> acquire(const std::string& path, Wait wait);
 
-/// Takes the lock as soon as it is free, within the patience; nothing when it was not, or at once
-/// when there can be no lock file.
+/// Takes the lock as soon as it is free, within the patience. Nothing when it was not, with errno
+/// EWOULDBLOCK; or at once when there can be no lock file, with another one.
 std::optional<std::int32_t> acquireWithin(const std::string& path, Seconds patience);
 
 /// Unlocks and closes the descriptor.
@@ -27,6 +27,7 @@ void release(std::int32_t fd);
 /// Holds a lock for the length of a scope.
 class Scope {
  public:
+  /// When the lock was not taken, errno says why.
   Scope(const std::string& path, Wait wait) : fd_(acquire(path, wait)) {}
   Scope(const std::string& path, Seconds patience) : fd_(acquireWithin(path, patience)) {}
   ~Scope() {

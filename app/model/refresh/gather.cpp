@@ -119,8 +119,9 @@ RefreshSources systemSources() {
     return readHookRecord(Paths::hookSessions(), id);
   };
   sources.keepRecordUp = [](const ClaudeProc& proc) {
-    (void)changeRecord(RecordFolder::in(Paths::zelvane()), proc.sessionId,
-                       [&](Json& record) { keepUp(record, wordOf(proc)); });
+    (void)changeRecord(
+        RecordFolder::in(Paths::zelvane()), proc.sessionId,
+        [&](Json& record) { keepUp(record, wordOf(proc)); }, FileTime::stays);
   };
   sources.modelInfo = transcriptSource();
   sources.folderExists = [](const std::string& folder) {
