@@ -189,7 +189,7 @@ bool Installer::refreshHelperIfConnected(const Parts& parts) const {
 Installer::Parts bundledParts() {
   return {.binary = Bundle::auxiliaryExecutable("zelvane").value_or(""),
           .hookScript = Bundle::resource("hook", "zsh").value_or(""),
-          .version = wholeNumber(Bundle::version()).value_or(0)};
+          .version = Bundle::build()};
 }
 
 }  // namespace zelvane

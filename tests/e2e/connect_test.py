@@ -21,12 +21,15 @@ class ConnectTest(unittest.TestCase):
         settings = json.loads(self.settings.read_text())
         command = settings["hooks"][payload["hook_event_name"]][0]["hooks"][0]["command"]
         result = subprocess.run(["/bin/sh", "-c", command], input=json.dumps(payload), text=True,
-                                env={"PATH": "/usr/bin:/bin"}, capture_output=True, timeout=10, check=True)
+                                env=self.machine.env, capture_output=True, timeout=10, check=True)
         self.assertEqual(result.stdout + result.stderr, "")
 
     def status(self):
         result = self.machine.run("status", "--json", check=False)
-        return result.returncode, json.loads(result.stdout)["state"]
+        told = json.loads(result.stdout)
+        if told["state"] == "connected":
+            self.assertGreaterEqual(told["build"], 1)
+        return result.returncode, told["state"]
 
     def test_connect_use_disconnect(self):
         self.settings.write_text(json.dumps(THEIRS))
