@@ -56,6 +56,14 @@ class ConnectTest(unittest.TestCase):
         self.assertEqual(json.loads(self.settings.read_text()), THEIRS)
         self.assertFalse((self.machine.home / ".claude/hooks/zelvane").exists())
 
+    def test_another_folder_of_claudes_is_pointed_out(self):
+        self.assertNotIn("CLAUDE_CONFIG_DIR", self.machine.run("connect").stdout)
+        usual = {"CLAUDE_CONFIG_DIR": str(self.machine.home / ".claude/")}
+        self.assertNotIn("CLAUDE_CONFIG_DIR", self.machine.run("status", **usual).stdout)
+        other = {"CLAUDE_CONFIG_DIR": str(self.machine.home / "other")}
+        for command in ("connect", "status"):
+            self.assertIn("CLAUDE_CONFIG_DIR", self.machine.run(command, **other).stdout)
+
     def test_refusals_say_why_and_change_nothing(self):
         self.settings.write_text('{"a":1,"a":2}')
         result = self.machine.run("connect", check=False)
