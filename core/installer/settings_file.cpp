@@ -234,7 +234,11 @@ std::optional<std::string> SettingsFile::rollBack(const Attempt& attempt) const 
   if (!createPrivate(restore, attempt.data, attempt.mode)) return std::nullopt;
   if (!platform::exchangeFiles(restore, attempt.path)) return takeAway(restore, attempt);
   const auto theirs = copyOfTheirs(attempt);
-  (void)std::rename(restore.c_str(), attempt.path.c_str());
+  if (theirs == attempt.path) {
+    unlink(restore.c_str());
+  } else {
+    (void)std::rename(restore.c_str(), attempt.path.c_str());
+  }
   return theirs;
 }
 
@@ -242,7 +246,7 @@ std::optional<std::string> SettingsFile::rollBack(const Attempt& attempt) const 
 /// returns that name, or the old one when that failed.
 std::optional<std::string> SettingsFile::takeAway(const std::string& path,
                                                   const Attempt& attempt) const {
-  if (!mayExist(path)) return std::nullopt;
+  if (!attributes(path)) return std::nullopt;
   const auto bytes = bytesOf(path);
   if (bytes == attempt.out || bytes == attempt.data) {
     unlink(path.c_str());
@@ -253,12 +257,12 @@ std::optional<std::string> SettingsFile::takeAway(const std::string& path,
 }
 
 /// Keeps what lies in place when it is somebody else's, without moving it: a name is never without
-/// a file. The name of the copy.
+/// a file. The name of the copy, or of the file itself when none could be made.
 std::optional<std::string> SettingsFile::copyOfTheirs(const Attempt& attempt) const {
   const auto bytes = bytesOf(attempt.path);
   if (!bytes || bytes == attempt.out || bytes == attempt.data) return std::nullopt;
   const auto name = nameNow(attempt.path + ".zelvane-theirs-");
-  return createPrivate(name, *bytes, 0600) ? std::optional(name) : std::nullopt;
+  return createPrivate(name, *bytes, 0600) ? name : attempt.path;
 }
 
 /// A name of this moment and process that nothing has.
