@@ -67,6 +67,16 @@ std::string sentence(State state) {
   return {};
 }
 
+/// The folder that Claude Code is told to use in place of the one we connect with.
+std::string otherFolder() {
+  const auto named = ZelvanePaths::env("CLAUDE_CONFIG_DIR");
+  if (!named) return {};
+  std::error_code unknown;
+  const bool same = fs::equivalent(*named, ZelvanePaths::claudeDir(), unknown) ||
+                    fs::path(*named).lexically_normal() == ZelvanePaths::claudeDir();
+  return same ? std::string() : *named;
+}
+
 ConnectionStatus currentStatus() {
   const Installer installer(Installer::systemPlace());
   const auto settings = installer.settings();
@@ -77,12 +87,20 @@ ConnectionStatus currentStatus() {
           .helper = installer.hookDir(),
           .build = installer.installedVersion(),
           .lastHook = lastRecord(ZelvanePaths::hookSessions()),
-          .hooksDisabled = disabled && *disabled == true};
+          .hooksDisabled = disabled && *disabled == true,
+          .otherFolder = otherFolder()};
 }
 
 }  // namespace
 
-ExitCode connect() { return told(Installer(Installer::systemPlace()).install(bundledParts())); }
+ExitCode connect() {
+  auto outcome = Installer(Installer::systemPlace()).install(bundledParts());
+  if (auto more = hints(currentStatus()); outcome.succeeded && !more.empty()) {
+    more.pop_back();  // told as one message
+    outcome.message += "\n" + more;
+  }
+  return told(outcome);
+}
 
 ExitCode disconnect() { return told(Installer(Installer::systemPlace()).uninstall()); }
 
@@ -93,12 +111,23 @@ ExitCode status(Format format) {
   return now.state == State::connected ? written : failed;
 }
 
-std::string statusText(const ConnectionStatus& status, Time now) {
-  auto text = sentence(status.state) + "\n";
+std::string hints(const ConnectionStatus& status) {
+  std::string text;
   if (status.hooksDisabled) {
     text += L("Claude 설정의 disableAllHooks 가 켜져 있어서 소식이 오지 않아요. 끄면 다시 와요.") +
             "\n";
   }
+  if (!status.otherFolder.empty()) {
+    text += LF("CLAUDE_CONFIG_DIR 가 %@ 로 되어 있어서, 그 폴더를 쓰는 Claude 의 소식은 오지 "
+               "않아요.",
+               {status.otherFolder}) +
+            "\n";
+  }
+  return text;
+}
+
+std::string statusText(const ConnectionStatus& status, Time now) {
+  auto text = sentence(status.state) + "\n" + hints(status);
   text += LF("설정: %@", {status.settings}) + "\n";
   if (status.state == State::connected) {
     text += LF("정리기: %@", {status.helper});

@@ -27,7 +27,11 @@ struct ConnectionStatus {
   std::optional<std::int64_t> build;  ///< of the installed helper, when it says
   std::optional<Time> lastHook;       ///< when a record was last written
   bool hooksDisabled = false;         ///< the user switched all hooks off in the settings
+  std::string otherFolder;  ///< where Claude Code is told to look instead; empty when nowhere else
 };
+
+/// Why nothing may come although all is in place: a line each, or nothing.
+std::string hints(const ConnectionStatus& status);
 
 std::string statusText(const ConnectionStatus& status, Time now);
 std::string statusJson(const ConnectionStatus& status);

@@ -8,31 +8,12 @@
 #include <thread>
 #include <unistd.h>
 
+#include "core/file_writing.h"
 #include "core/localization.h"
 #include "core/paths.h"
 #include "core/unicode.h"
 
 namespace zelvane::cli {
-namespace {
-
-bool writeAll(int fd, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = write(fd, bytes.data(), bytes.size());
-    if (count > 0) {
-      bytes.remove_prefix(static_cast<std::size_t>(count));
-    } else if (count < 0 && errno == EAGAIN) {
-      // Programs that share the terminal may have made it non-blocking.
-      pollfd waits{fd, POLLOUT, 0};
-      poll(&waits, 1, -1);
-    } else if (count == 0 || errno != EINTR) {
-      return false;
-    }
-  }
-  return true;
-}
-
-}  // namespace
-
 std::optional<TerminalSize> terminalSize() {
   if (!isatty(STDOUT_FILENO)) return std::nullopt;
   winsize window{};
@@ -71,7 +52,7 @@ void tell(const std::optional<std::string>& sentence) {
   if (sentence) writeError(printable(*sentence) + "\n");
 }
 
-void writeError(std::string_view text) { writeAll(STDERR_FILENO, text); }
+void writeError(std::string_view text) { (void)writeAll(STDERR_FILENO, text); }
 
 void whenOutputCloses(std::function<void()> closed) {
   struct stat info {};

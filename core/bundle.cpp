@@ -24,6 +24,8 @@ std::optional<std::string> existing(const fs::path& path) {
 
 std::string version() { return ZELVANE_VERSION; }
 
+std::int64_t build() { return ZELVANE_BUILD; }
+
 std::string applicationPath() { return platform::executablePath(); }
 
 std::optional<std::string> auxiliaryExecutable(const std::string& name) {

@@ -2,6 +2,7 @@
 // from there, in the build tree as when installed. Any thread.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -9,6 +10,9 @@ namespace zelvane::Bundle {
 
 /// The program's version, "1.2.3".
 std::string version();
+/// Counts the builds that were handed out: of two programs, the one with the higher number is
+/// newer.
+std::int64_t build();
 /// Path of the application as the system opens it: the running program, or the bundle it lies in.
 std::string applicationPath();
 /// Path of another program of ours in the same folder; nothing when it is not there.

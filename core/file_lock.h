@@ -19,8 +19,8 @@ enum class Wait { no, yes };
 /// with errno EWOULDBLOCK when somebody else holds it. Nothing but a regular file is locked.
 std::optional<std::int32_t> acquire(const std::string& path, Wait wait);
 
-/// Takes the lock as soon as it is free, within the patience; nothing when it was not, or at once
-/// when there can be no lock file.
+/// Takes the lock as soon as it is free, within the patience. Nothing when it was not, with errno
+/// EWOULDBLOCK; or at once when there can be no lock file, with another one.
 std::optional<std::int32_t> acquireWithin(const std::string& path, Seconds patience);
 
 /// Unlocks and closes the descriptor.

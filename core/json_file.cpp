@@ -8,6 +8,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "core/file_writing.h"
+
 namespace zelvane {
 namespace {
 
@@ -40,16 +42,6 @@ bool isWritable(const Json& value, int depth = 0) {
   return depth < deepestNesting && std::all_of(value.begin(), value.end(), [&](const Json& part) {
            return isWritable(part, depth + 1);
          });
-}
-
-bool writeAll(int fd, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = write(fd, bytes.data(), bytes.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return true;
 }
 
 std::optional<std::string> serialised(const Json& value) {

@@ -26,7 +26,11 @@ class ConnectionControllerTest : public testing::Test {
                                                       return outcome_;
                                                     },
                                                 .state = [this] { return state_; },
-                                                .confirmDisconnect = [this] { return confirms_; },
+                                                .confirmDisconnect =
+                                                    [this] {
+                                                      ++questions_;
+                                                      return confirms_;
+                                                    },
                                                 .turnOnLoginItem = [this] { ++loginItems_; },
                                                 .defaults = defaults_,
                                                 .mainThread =
@@ -55,6 +59,7 @@ class ConnectionControllerTest : public testing::Test {
   std::atomic<int> installs_ = 0;
   std::atomic<int> uninstalls_ = 0;
   int loginItems_ = 0;
+  int questions_ = 0;
   int ran_ = 0;
   std::mutex mutex_;
   std::vector<std::function<void()>> tasks_;
@@ -71,12 +76,14 @@ TEST_F(ConnectionControllerTest, ConnectsOnceAndForgetsTheGoodNews) {
   controller_->connect(true);
   EXPECT_TRUE(controller_->busy());
   controller_->connect(true);
+  controller_->disconnect();
   state_ = State::connected;
   runNext();
   EXPECT_FALSE(controller_->busy());
   EXPECT_EQ(controller_->message(), "good");
   EXPECT_EQ(controller_->state(), State::connected);
   EXPECT_EQ(installs_, 1);
+  EXPECT_EQ(uninstalls_, 0) << "one thing at a time";
   EXPECT_EQ(loginItems_, 1);
   EXPECT_FALSE(controller_->cardDismissed());
   EXPECT_EQ(defaults_->value("connectCardDismissed"), Json(false));
@@ -111,6 +118,7 @@ TEST_F(ConnectionControllerTest, DisconnectsOnlyWhenConfirmed) {
   state_ = State::notConnected;
   runNext();
   EXPECT_EQ(uninstalls_, 1);
+  EXPECT_EQ(questions_, 2);
   EXPECT_EQ(controller_->state(), State::notConnected);
   EXPECT_EQ(controller_->message(), "good");
 }
@@ -120,6 +128,7 @@ TEST_F(ConnectionControllerTest, ReadOnlyDoesNothingButLook) {
   controller_->connect(true);
   controller_->disconnect();
   EXPECT_FALSE(controller_->busy());
+  EXPECT_EQ(questions_, 0);
   state_ = State::settingsUnreadable;
   controller_->refresh();
   EXPECT_EQ(controller_->state(), State::settingsUnreadable);

@@ -21,7 +21,8 @@ bool isTaskNotification(std::string_view prompt);
 /// Takes such a notice: work that has ended is not counted any more.
 void takeTaskNotification(Json& record, std::string_view prompt);
 
-/// Forgets all of it: the process that ran it is gone.
+/// Forgets all of it: the process that ran it is gone. Shells survive "/clear", but under the id of
+/// a new session, which names none before its first turn has ended; until then none are counted.
 void forgetBackground(Json& record);
 
 }  // namespace zelvane

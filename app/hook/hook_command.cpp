@@ -65,21 +65,23 @@ void takeEvent(const PayloadSource& source, const HookWorld& world) {
   }
 }
 
-std::string homeOf(const std::string& helper) {
+std::string homeOf(const std::string& helper, const std::optional<std::string>& named) {
   constexpr std::string_view usual = "/.claude/hooks/zelvane/zelvane";
   if (!helper.starts_with('/') || !helper.ends_with(usual)) return ZelvanePaths::home();
-  return helper.substr(0, helper.size() - usual.size());
+  auto home = helper.substr(0, helper.size() - usual.size());
+  return named.value_or(home) == home ? home : ZelvanePaths::home();
 }
 
 void runHook(const std::string& helper) {
   static Buffer buffer;
+  const auto home = [&] { return homeOf(helper, ZelvanePaths::env("HOME")); };
   const auto folder = [&] {
     const auto chosen = ZelvanePaths::env("ZELVANE_DIR");
-    return RecordFolder::in(chosen ? *chosen : homeOf(helper) + "/.claude/zelvane");
+    return RecordFolder::in(chosen ? *chosen : home() + "/.claude/zelvane");
   };
   if (isAttended()) {
     takeEvent([] { return readInput(buffer); },
-              {folder, [&] { return askingClientsStatus(homeOf(helper)); }, systemTime()});
+              {folder, [&] { return askingClientsStatus(home()); }, systemTime()});
   }
   drainInput(buffer);
 }

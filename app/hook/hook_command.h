@@ -24,9 +24,9 @@ struct HookWorld {
 void takeEvent(const PayloadSource& source, const HookWorld& world);
 
 /// The home folder of the user whose helper was started under this path. One that lies where
-/// connecting puts it tells by its path whose it is; asking the user database can take longer than
-/// all the rest.
-std::string homeOf(const std::string& helper);
+/// connecting puts it tells by its path whose it is, unless `named` (what the environment calls the
+/// home folder) says otherwise; asking the user database can take longer than all the rest.
+std::string homeOf(const std::string& helper, const std::optional<std::string>& named);
 
 /// The whole command: standard input, this user's folders, the system's clock.
 void runHook(const std::string& helper);

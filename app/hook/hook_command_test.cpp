@@ -51,6 +51,19 @@ TEST_F(HookCommand, TouchesNothingOutsideItsFolders) {
   EXPECT_FALSE(std::filesystem::exists(data_.path("evil.json")));
 }
 
+TEST_F(HookCommand, WhatNoHookToldKeepsTheTimeOfTheFile) {
+  take(R"({"session_id":"a","hook_event_name":"Stop"})");
+  const auto path = data_.path("zelvane/sessions/a.json");
+  const auto written = std::filesystem::last_write_time(path) - std::chrono::hours(1);
+  std::filesystem::last_write_time(path, written);
+  for (const auto time : {FileTime::stays, FileTime::moves}) {
+    EXPECT_TRUE(changeRecord(
+        RecordFolder::in(data_.path("zelvane")), "a",
+        [&](Json& record) { record["n"] = static_cast<int>(time); }, time));
+    EXPECT_EQ(std::filesystem::last_write_time(path) == written, time == FileTime::stays);
+  }
+}
+
 TEST_F(HookCommand, RecordsNobodyWritesToAnyMoreGo) {
   take(R"({"session_id":"old","hook_event_name":"Stop"})");
   take(R"({"session_id":"new","hook_event_name":"Stop"})");
@@ -93,15 +106,24 @@ TEST_F(HookCommand, GivesUpWhenSomebodyHoldsTheLock) {
   for (const auto& lock : std::filesystem::directory_iterator(folder.locks)) {
     held.push_back(FileLock::acquire(lock.path().string(), FileLock::Wait::no).value());
   }
-  EXPECT_FALSE(changeRecord(folder, "s", [](Json& record) { record["n"] = 2; }));
+  const auto change = [&] { return changeRecord(folder, "s", [](Json& r) { r["n"] = 2; }); };
+  EXPECT_FALSE(change());
+  std::filesystem::rename(folder.records, data_.path("away"));
+  EXPECT_FALSE(change());
+  EXPECT_FALSE(std::filesystem::exists(folder.records)) << "waited once more";
+  std::filesystem::rename(data_.path("away"), folder.records);
   for (const auto fd : held) FileLock::release(fd);
   EXPECT_EQ(record("s")["n"], 1);
 }
 
 TEST(HomeOf, AHelperInItsUsualPlaceTellsWhoseItIs) {
-  EXPECT_EQ(homeOf("/home/me/.claude/hooks/zelvane/zelvane"), "/home/me");
-  EXPECT_EQ(homeOf("/usr/bin/zelvane"), ZelvanePaths::home());
-  EXPECT_EQ(homeOf("me/.claude/hooks/zelvane/zelvane"), ZelvanePaths::home());
+  const auto& user = ZelvanePaths::home();
+  const std::string helper = "/home/me/.claude/hooks/zelvane/zelvane";
+  EXPECT_EQ(homeOf(helper, "/home/me"), "/home/me");
+  EXPECT_EQ(homeOf(helper, std::nullopt), "/home/me");
+  EXPECT_EQ(homeOf(helper, "/home/you"), user) << "another folder stands in for the usual one";
+  EXPECT_EQ(homeOf("/usr/bin/zelvane", "/home/me"), user);
+  EXPECT_EQ(homeOf(helper.substr(1), std::nullopt), user);
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "core/unicode.h"
+
 #include "app/hook/payload_filter.h"
 
 namespace zelvane {
@@ -79,6 +81,8 @@ std::optional<Json> readPayload(const PayloadSource& source) {
     if (filter.failed() || tellsNothing(filter)) return std::nullopt;
   }
   auto payload = parseJson(filter.kept());
+  // A single stray byte must not cost the end of a turn.
+  if (!payload && !isUtf8(filter.kept())) payload = parseJson(repairedUtf8(filter.kept()));
   if (!payload || !payload->is_object() || isForegroundCommand(*payload)) return std::nullopt;
   return payload;
 }

@@ -19,6 +19,8 @@ char surrogate(std::string_view escape) {
   return digit >= 'c' && digit <= 'f' ? 'l' : char{0};
 }
 
+constexpr std::size_t longestCharacter = 4;
+
 /// Inside a character of several bytes: not a place to cut.
 bool continues(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
@@ -138,7 +140,7 @@ void PayloadFilter::comma() {
   frame.expectsKey = frame.object;
   // An array's comma stands between its elements; an object's is written with the next kept name.
   if (!frame.object) {
-    skipping_ = frame.members >= longestArray;
+    skipping_ = frame.members >= longestArray || isFull();
     if (!skipping_) kept_ += ',';
   }
 }
@@ -219,8 +221,11 @@ void PayloadFilter::put(std::string_view text) {
     put(replacement);
   }
   if (part_ != Part::keptString) return;
-  const bool full = kept_.size() - stringStart_ >= longestString;
-  if (full && (text.empty() || !continues(text[0]))) {
+  const auto length = kept_.size() - stringStart_;
+  // Bytes that only ever continue are no character.
+  const bool between =
+      text.empty() || !continues(text[0]) || length >= longestHere() + longestCharacter;
+  if (length >= longestHere() && between) {
     part_ = Part::skippedString;  // its end is still to come
     kept_ += '"';
     return;
@@ -243,7 +248,7 @@ void PayloadFilter::endString() {
 void PayloadFilter::endKey() {
   Frame& frame = frames_.back();
   frame.expectsKey = false;
-  if (!wanted_(key_)) {
+  if (!wanted_(key_) || isFull()) {
     skipping_ = true;
     skipDepth_ = 0;
     return;

@@ -16,9 +16,12 @@ class PayloadFilter {
   using Wanted = bool (*)(std::string_view name);
 
   static constexpr std::size_t longestString = 16 << 10;  ///< bytes kept of one string, as written
+  static constexpr std::size_t longestInner = 1 << 10;    ///< the same, further in than top level
   static constexpr std::size_t longestResult = 1 << 20;   ///< bytes kept in all
-  static constexpr int deepestNesting = 8;                ///< containers further in become null
-  static constexpr int longestArray = 500;                ///< elements kept of one array
+  /// Bytes after which only values of the top level stay: who sent the text matters most.
+  static constexpr std::size_t fullAt = longestResult / 4 * 3;
+  static constexpr int deepestNesting = 8;  ///< containers further in become null
+  static constexpr int longestArray = 500;  ///< elements kept of one array
 
   explicit PayloadFilter(Wanted wanted) : wanted_(wanted) {}
 
@@ -58,6 +61,8 @@ class PayloadFilter {
   void comma();
   void beginValue();
   void endValue();
+  bool isFull() const { return kept_.size() >= fullAt && frames_.size() > 1; }
+  std::size_t longestHere() const { return frames_.size() > 1 ? longestInner : longestString; }
   void put(std::string_view text);
   void putEscape();
 

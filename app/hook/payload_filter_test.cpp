@@ -64,6 +64,9 @@ TEST(PayloadFilter, CutsWhatIsTooLongButNotInTheMiddleOfACharacter) {
   EXPECT_EQ(cut("한글"), R"({"a":")" + many + R"(한","b":1})");
   EXPECT_EQ(cut(R"(\ud83d\ude00\ud83d)"), R"({"a":")" + many + R"(\ud83d\ude00","b":1})");
   EXPECT_EQ(cut("yz"), R"({"a":")" + many + R"(y","b":1})");
+  const auto stray = cut(std::string(100'000, '\x80'));
+  ASSERT_TRUE(stray);
+  EXPECT_LT(stray->size(), many.size() + 100) << "bytes that only continue are no character";
 
   std::string array = R"({"a":[0)";
   for (int i = 1; i < 2000; ++i) array += ",{\"b\":[1]}";
@@ -85,6 +88,24 @@ TEST(PayloadFilter, StaysSmallWhateverComesIn) {
   PayloadFilter nested(shortName);
   for (int i = 0; i < 100'000; ++i) nested.feed(R"({"a":[)");
   EXPECT_LE(nested.kept().size(), 100U);
+}
+
+TEST(PayloadFilter, WhatIsTooMuchCostsOnlyItself) {
+  std::string items = R"({"b":0})";
+  for (int i = 1; i < PayloadFilter::longestArray; ++i) {
+    items += R"(,{"b":)" + std::to_string(i) + R"(,"c":")" + std::string(4096, 'x') + "\"}";
+  }
+  const auto kept = thinned(R"({"a":[)" + items + R"(],"d":{"e":[)" + items + R"(]},"f":[)" +
+                                items + R"(],"g":"the end"})",
+                            4096);
+  ASSERT_TRUE(kept);
+  const auto parsed = parseJson(*kept);
+  ASSERT_TRUE(parsed) << kept->substr(kept->size() - 100);
+  EXPECT_EQ(parsed->at("a").size(), static_cast<std::size_t>(PayloadFilter::longestArray));
+  EXPECT_EQ(parsed->at("a").back()["c"].get<std::string>().size(), PayloadFilter::longestInner);
+  EXPECT_LT(parsed->at("d")["e"].size(), parsed->at("a").size());
+  EXPECT_EQ(parsed->at("f"), Json::array({Json::object()}));
+  EXPECT_EQ(parsed->at("g"), "the end");
 }
 
 /// The payload, handed over in pieces; `read` counts the bytes that were asked for.
@@ -111,6 +132,7 @@ TEST(Payload, EventsThatTellNothingAreKnownByTheirFirstBytes) {
       {head + "Bash" + response + R"(","backgroundTaskId":"b1"}})", true, true},
       {head + "TodoWrite" + response + "\"}}", true, true},
       {R"({"session_id":"s","hook_event_name":"Stop"})", true, true},
+      {"{\"session_id\":\"s\",\"prompt\":\"a\xff\",\"task\":\"\xed\xa0\x80\"}", true, true},
       {head + "Bash" + response, false, true},
   };
   for (const auto& [text, tells, readWhole] : cases) {

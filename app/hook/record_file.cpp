@@ -1,5 +1,6 @@
 #include "app/hook/record_file.h"
 
+#include <cerrno>
 #include <filesystem>
 #include <sys/stat.h>
 
@@ -27,6 +28,22 @@ void makeFolder(const std::string& path) {
   fs::create_directories(path, ignored);
 }
 
+/// How a change went: `noTurn` when the others took all the time there was.
+enum class Attempt { done, failed, noTurn };
+
+bool replace(const std::string& path, const std::function<void(Json& record)>& change,
+             FileTime time) {
+  const auto before = JSONFile::load(path, largestRecord).value_or(Json::object());
+  Json after = before;
+  change(after);
+  if (after == before) return true;
+  std::error_code unknown;
+  const auto written = fs::last_write_time(path, unknown);
+  if (!JSONFile::writeAtomic(after, path)) return false;
+  if (time == FileTime::stays && !unknown) fs::last_write_time(path, written, unknown);
+  return true;
+}
+
 }  // namespace
 
 RecordFolder RecordFolder::in(const std::string& dataFolder) {
@@ -34,24 +51,22 @@ RecordFolder RecordFolder::in(const std::string& dataFolder) {
 }
 
 bool changeRecord(const RecordFolder& folder, const std::string& sessionId,
-                  const std::function<void(Json& record)>& change) {
+                  const std::function<void(Json& record)>& change, FileTime time) {
   if (!isSafeFileName(sessionId)) return false;
   const auto path = folder.records + "/" + sessionId + ".json";
-  const auto attempt = [&](bool& locked) {
+  const auto attempt = [&] {
     const FileLock::Scope lock(lockFile(folder, sessionId), folder.patience);
-    locked = static_cast<bool>(lock);
-    if (!locked) return false;
-    const auto before = JSONFile::load(path, largestRecord).value_or(Json::object());
-    Json after = before;
-    change(after);
-    return after == before || JSONFile::writeAtomic(after, path);
+    if (!lock) return errno == EWOULDBLOCK ? Attempt::noTurn : Attempt::failed;
+    return replace(path, change, time) ? Attempt::done : Attempt::failed;
   };
-  bool locked = false;
-  if (attempt(locked)) return true;
-  // The first change ever, or somebody removed the folders.
-  makeFolder(folder.locks);
-  makeFolder(folder.records);
-  return attempt(locked);
+  auto result = attempt();
+  if (result == Attempt::failed) {
+    // The first change ever, or somebody removed the folders.
+    makeFolder(folder.locks);
+    makeFolder(folder.records);
+    result = attempt();
+  }
+  return result == Attempt::done;
 }
 
 void removeRecordsOlderThan(const RecordFolder& folder, Time time) {

@@ -33,10 +33,13 @@ void sessionEnd(Json& record) {
 
 void userPrompt(Json& record, const Json& payload, Time now) {
   const auto prompt = text(payload, "prompt");
+  const auto state = text(record, "state");
   const bool notification = isTaskNotification(prompt);
   if (notification) takeTaskNotification(record, prompt);
-  // A notice may come while a turn runs: then it begins none.
-  if (!notification || text(record, "state") != "working") {
+  if (notification && state == "waiting") return;  // a dialog is open in a turn that runs
+  // A notice, or a prompt that is queued, may come while a turn runs: then it begins none. Nor does
+  // a prompt right after Esc seem to, until somebody has kept the record up.
+  if (state != "working" || !record.contains("working_since")) {
     record["working_since"] = secondsSince1970(now);
     forgetFinishedTodos(record);
   }
@@ -111,7 +114,10 @@ Json recordAfter(Json record, const Json& payload, const std::string& clientStat
   if (record == before) return record;
   const auto transcript = text(payload, "transcript_path");
   if (!transcript.empty()) record["transcript_path"] = transcript;
-  record["updated_at"] = secondsSince1970(now);
+  // What happens beside an open dialog does not change since when it is open.
+  const bool waitsOn = text(before, "state") == "waiting" && text(record, "state") == "waiting" &&
+                       text(before, "reason") == text(record, "reason");
+  if (!waitsOn || !record.contains("updated_at")) record["updated_at"] = secondsSince1970(now);
   return record;
 }
 

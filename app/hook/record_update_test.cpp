@@ -103,6 +103,30 @@ TEST(RecordUpdate, Waiting) {
   EXPECT_EQ(bare.record["reason"], "질문이 있어요");
 }
 
+TEST(RecordUpdate, SinceWhen) {
+  const Json question = {{"tool_name", "AskUserQuestion"}};
+  const std::string notice = "<task-notification><task-id>b</task-id><status>killed</status>";
+  Story story;
+  story.prompt("go");
+  story.prompt("and this, when you are done");
+  EXPECT_EQ(story.record["working_since"], 1001.0) << "queued: no turn begins";
+  EXPECT_EQ(story.record["prompt"], "and this, when you are done");
+  story.tell("PreToolUse", question);
+  const auto asked = story.record["updated_at"];
+  story.tool("Bash", {}, {{"backgroundTaskId", "b"}});
+  story.prompt(notice);
+  EXPECT_EQ(story.record["bg_shells"], 0) << "both were noticed";
+  EXPECT_EQ(story.state(), "waiting");
+  EXPECT_EQ(story.record["reason"], "질문이 있어요");
+  EXPECT_EQ(story.record["updated_at"], asked);
+  EXPECT_EQ(story.record["working_since"], 1001.0);
+  story.tell("PreToolUse", {{"tool_name", "AskUserQuestion"},
+                            {"tool_input", {{"questions", {{{"question", "Why?"}}}}}}});
+  EXPECT_NE(story.record["updated_at"], asked) << "another question";
+  story.prompt("dismissed it");
+  EXPECT_EQ(story.record["working_since"], story.now) << "a turn of its own";
+}
+
 TEST(RecordUpdate, BackgroundWork) {
   const auto notification = [](const std::string& id, const std::string& status) {
     return "<task-notification>\n<task-id>" + id + "</task-id>\n<status>" + status + "</status>";

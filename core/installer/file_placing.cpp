@@ -11,20 +11,11 @@
 #include "platform/file_exchange.h"
 #include "platform/file_sync.h"
 
+#include "core/file_writing.h"
 #include "core/json_file.h"
 
 namespace zelvane {
 namespace {
-
-bool writeAll(int fd, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = write(fd, bytes.data(), bytes.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 1) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return true;
-}
 
 Placed tooLate(const std::string& file) {
   unlink(file.c_str());
@@ -44,10 +35,15 @@ Placed renameOver(const std::string& file, const std::string& target, std::strin
 
 /// The last resort for somebody else's file that was exchanged out and cannot be exchanged in.
 Placed putBack(const std::string& file, const std::string& target) {
-  return std::rename(file.c_str(), target.c_str()) == 0 ? Placed::tooLate : Placed::yes;
+  return std::rename(file.c_str(), target.c_str()) == 0 ? Placed::tooLate : Placed::stuck;
 }
 
 }  // namespace
+
+bool mayExist(const std::string& path) {
+  if (access(path.c_str(), F_OK) == 0) return true;
+  return errno != ENOENT && errno != ENOTDIR && errno != ELOOP;
+}
 
 bool createPrivate(const std::string& path, std::string_view data, std::uint32_t mode) {
   const int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
@@ -63,12 +59,15 @@ Placed placeNew(const std::string& file, const std::string& target) {
   // A rename would replace what has just appeared there.
   std::error_code failed;
   std::filesystem::create_hard_link(file, target, failed);
-  if (failed == std::errc::file_exists) return tooLate(file);
-  if (failed) {  // there are disks without hard links
-    return std::rename(file.c_str(), target.c_str()) == 0 ? Placed::yes : refused(file);
+  if (!failed) {
+    unlink(file.c_str());
+    return Placed::yes;
   }
-  unlink(file.c_str());
-  return Placed::yes;
+  // There are disks without hard links, and some of them cannot do the next thing either.
+  if (failed != std::errc::file_exists) failed = platform::moveToFreeName(file, target);
+  if (!failed) return Placed::yes;
+  if (failed == std::errc::file_exists || mayExist(target)) return tooLate(file);
+  return std::rename(file.c_str(), target.c_str()) == 0 ? Placed::yes : refused(file);
 }
 
 Placed placeOver(const std::string& file, std::string_view bytes, const std::string& target,
@@ -81,8 +80,9 @@ Placed placeOver(const std::string& file, std::string_view bytes, const std::str
   for (int i = 0; i < mostExchanges; ++i) {
     if (const auto failed = platform::exchangeFiles(file, target)) {
       if (i > 0) return putBack(file, target);
-      if (failed == std::errc::not_supported) return renameOver(file, target, old);
-      return failed == std::errc::no_such_file_or_directory ? tooLate(file) : refused(file);
+      if (failed == std::errc::no_such_file_or_directory) return tooLate(file);
+      // Systems and disks that cannot exchange say so in many ways.
+      return renameOver(file, target, old);
     }
     auto out = readFile(file, JSONFile::defaultLimit);
     if (out == expected) {

@@ -13,12 +13,15 @@ namespace zelvane {
 [[nodiscard]] bool createPrivate(const std::string& path, std::string_view data,
                                  std::uint32_t mode);
 
-/// Whether the file was put into its place. It is gone from where it was, unless the system is at
-/// fault.
+/// Whether something lies there, links followed. Yes, too, when that cannot be found out.
+bool mayExist(const std::string& path);
+
+/// Whether the file was put into its place. It is gone from where it was, unless told otherwise.
 enum class Placed {
   yes,
   refused,  ///< by the system, and nothing has changed
   tooLate,  ///< somebody else's file lies there, and stays
+  stuck,    ///< ours lies there; somebody else's lies where ours was, and could not be put back
 };
 
 /// Moves the file to the target, where nothing lay.

@@ -1,15 +1,19 @@
 #include "core/installer/installer.h"
 
 #include <array>
+#include <cerrno>
 #include <charconv>
 #include <cstdio>
+#include <fcntl.h>
 #include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/file_sync.h"
 #include "platform/quarantine.h"
 
 #include "core/bundle.h"
+#include "core/file_lock.h"
 #include "core/installer/file_placing.h"
 #include "core/installer/hook_entries.h"
 #include "core/installer/settings_json.h"
@@ -20,8 +24,6 @@ namespace zelvane {
 namespace {
 
 namespace fs = std::filesystem;
-
-bool exists(const std::string& path) { return access(path.c_str(), F_OK) == 0; }
 
 std::string couldNotPlace(const std::error_code& reason) {
   return LF("정리기 파일을 놓지 못했어요: %@", {reason.message()});
@@ -43,6 +45,15 @@ std::optional<std::int64_t> wholeNumber(std::string_view text) {
   return number;
 }
 
+/// Waits until the file lies on the disk itself; the system's error when it may not.
+std::error_code synced(const std::string& path) {
+  const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) return {errno, std::generic_category()};
+  const auto failed = platform::syncFile(fd);
+  close(fd);
+  return failed;
+}
+
 bool sameContents(const std::string& a, const std::string& b) {
   const auto bytes = readFile(a, JSONFile::defaultLimit);
   return bytes && bytes == readFile(b, JSONFile::defaultLimit);
@@ -54,8 +65,24 @@ Installer::Place Installer::systemPlace() {
   return {.claudeDir = ZelvanePaths::claudeDir(), .dataDir = ZelvanePaths::zelvane()};
 }
 
+/// Does the work while no other process of ours connects or disconnects. Where there can be no lock
+/// file, without one.
+Outcome Installer::inTurn(const std::function<Outcome()>& work) const {
+  std::error_code ignored;
+  fs::create_directories(place_.dataDir, ignored);
+  const FileLock::Scope lock(place_.dataDir + "/connection.lock", place_.patience);
+  if (lock || errno != EWOULDBLOCK) return work();
+  return Outcome::failed(
+      L("다른 Zelvane 이 연결을 바꾸고 있어요. 잠시 뒤 다시 시도해 주세요. "
+        "아무것도 바꾸지 않았어요."));
+}
+
 Outcome Installer::install(const Parts& parts) const {
   if (auto message = refusal()) return Outcome::failed(*message);
+  return inTurn([&] { return installInTurn(parts); });
+}
+
+Outcome Installer::installInTurn(const Parts& parts) const {
   const bool hadFiles = hasHelperFiles();
   if (auto message = installHelper(parts)) return Outcome::failed(*message);
   const auto outcome = settings().edit([&](Json& settings) {
@@ -65,7 +92,7 @@ Outcome Installer::install(const Parts& parts) const {
     return Outcome::ok(
         L("연결했어요. 새로 여는 Claude 탭부터, 이미 열린 탭은 다음 요청부터 보여요."));
   }
-  if (!hadFiles) removeHelperFiles();
+  if (!hadFiles && !hasEntries()) removeHelperFiles();
   return outcome;
 }
 
@@ -93,8 +120,13 @@ std::optional<std::string> Installer::refusal() const {
 }
 
 bool Installer::hasHelperFiles() const {
-  return exists(hookDir() + "/zelvane") || exists(hookDir() + "/hook.zsh") ||
-         exists(hookDir() + "/writer.py");
+  return mayExist(hookDir() + "/zelvane") || mayExist(hookDir() + "/hook.zsh") ||
+         mayExist(hookDir() + "/writer.py");
+}
+
+bool Installer::hasEntries() const {
+  const auto read = settings().read();
+  return read && hasOurEntries(*read);
 }
 
 /// The message when it failed.
@@ -106,8 +138,10 @@ std::optional<std::string> Installer::installHelper(const Parts& parts) const {
     fs::create_directories(place_.dataDir + "/" + name, failed);
     if (failed) return couldNotPlace(failed);
   }
-  if (auto message = place(parts.binary, "zelvane")) return message;
-  if (auto message = place(parts.hookScript, "hook.zsh")) return message;
+  if (auto message = copyPart(parts.binary, "zelvane")) return message;
+  if (auto message = copyPart(parts.hookScript, "hook.zsh")) return message;
+  // A power cut must not leave the settings pointing at a helper that is empty or gone.
+  (void)platform::syncFolder(hookDir());
   if (parts.version >= 1) {
     const auto temporary = hookDir() + "/.version.new" + std::to_string(getpid());
     unlink(temporary.c_str());
@@ -120,9 +154,9 @@ std::optional<std::string> Installer::installHelper(const Parts& parts) const {
 
 /// Copies one file into the hook folder; the message when it failed. Claude Code may be running the
 /// old one at this moment.
-std::optional<std::string> Installer::place(const std::string& source,
-                                            const std::string& name) const {
-  if (source.empty() || !exists(source)) {
+std::optional<std::string> Installer::copyPart(const std::string& source,
+                                               const std::string& name) const {
+  if (source.empty() || !mayExist(source)) {
     return LF("앱 안의 파일을 찾지 못했어요 (%@). 앱을 다시 설치해 주세요.", {name});
   }
   const auto temporary = hookDir() + "/." + name + ".new" + std::to_string(getpid());
@@ -130,12 +164,13 @@ std::optional<std::string> Installer::place(const std::string& source,
   fs::remove_all(temporary, failed);
   failed.clear();
   fs::copy_file(source, temporary, failed);
+  chmod(temporary.c_str(), 0755);
+  platform::clearQuarantine(temporary);
+  if (!failed) failed = synced(temporary);
   if (failed) {
     unlink(temporary.c_str());
     return couldNotPlace(failed);
   }
-  chmod(temporary.c_str(), 0755);
-  platform::clearQuarantine(temporary);
   if (std::rename(temporary.c_str(), (hookDir() + "/" + name).c_str()) != 0) {
     unlink(temporary.c_str());
     return L("정리기 파일을 놓지 못했어요.");
@@ -151,6 +186,10 @@ void Installer::removeHelperFiles() const {
 }
 
 Outcome Installer::uninstall() const {
+  return inTurn([&] { return uninstallInTurn(); });
+}
+
+Outcome Installer::uninstallInTurn() const {
   const auto outcome = settings().edit([](Json& settings) {
     if (get::dict(settings, "hooks")) settings["hooks"] = strip(settings["hooks"]);
   });
@@ -160,12 +199,12 @@ Outcome Installer::uninstall() const {
 }
 
 Installer::State Installer::state() const {
-  if (!exists(settings().path())) return State::notConnected;
+  if (!mayExist(settings().path())) return State::notConnected;
   const auto read = settings().read();
   if (!read) return State::settingsUnreadable;
   if (!hasOurEntries(*read)) return State::notConnected;
   const bool runs =
-      access((hookDir() + "/zelvane").c_str(), X_OK) == 0 && exists(hookDir() + "/hook.zsh");
+      access((hookDir() + "/zelvane").c_str(), X_OK) == 0 && mayExist(hookDir() + "/hook.zsh");
   return runs ? State::connected : State::helperMissing;
 }
 
@@ -175,21 +214,26 @@ std::optional<std::int64_t> Installer::installedVersion() const {
 }
 
 bool Installer::refreshHelperIfConnected(const Parts& parts) const {
-  const auto read = settings().read();
-  if (!read || !hasOurEntries(*read)) return false;
+  if (!wantsRefresh(parts)) return false;
+  const auto outcome = inTurn([&] {
+    const bool replaced = wantsRefresh(parts) && !installHelper(parts);
+    return replaced ? Outcome::ok("") : Outcome::failed("");
+  });
+  return outcome.succeeded;
+}
+
+bool Installer::wantsRefresh(const Parts& parts) const {
+  if (!hasEntries()) return false;
   const auto installed = installedVersion();
   if (installed && parts.version > 0 && *installed > parts.version) return false;
-  if (sameContents(parts.binary, hookDir() + "/zelvane") &&
-      sameContents(parts.hookScript, hookDir() + "/hook.zsh")) {
-    return false;
-  }
-  return !installHelper(parts);
+  return !sameContents(parts.binary, hookDir() + "/zelvane") ||
+         !sameContents(parts.hookScript, hookDir() + "/hook.zsh");
 }
 
 Installer::Parts bundledParts() {
   return {.binary = Bundle::auxiliaryExecutable("zelvane").value_or(""),
           .hookScript = Bundle::resource("hook", "zsh").value_or(""),
-          .version = wholeNumber(Bundle::version()).value_or(0)};
+          .version = Bundle::build()};
 }
 
 }  // namespace zelvane

@@ -1,6 +1,6 @@
 // Connecting with Claude Code and disconnecting: the helper's files and our entries in its
-// settings, in an order in which the settings never point at a helper that is not there. No lock
-// and no state; any thread.
+// settings, in an order in which the settings never point at a helper that is not there. Processes
+// take turns by a lock in the data folder. No state; any thread.
 #pragma once
 
 #include <optional>
@@ -22,6 +22,7 @@ class Installer {
     std::string dataDir;             ///< our data folder
     std::string shell = "/bin/zsh";  ///< what runs the hook
     Clock clock = systemTime;
+    Seconds patience = Seconds(5);  ///< with another process that connects or disconnects
   };
   /// The folders of this user, or what the environment names in their place.
   static Place systemPlace();
@@ -49,10 +50,15 @@ class Installer {
   std::optional<std::int64_t> installedVersion() const;
 
  private:
+  Outcome inTurn(const std::function<Outcome()>& work) const;
+  Outcome installInTurn(const Parts& parts) const;
+  Outcome uninstallInTurn() const;
   std::optional<std::string> refusal() const;
   bool hasHelperFiles() const;
+  bool hasEntries() const;
+  bool wantsRefresh(const Parts& parts) const;
   std::optional<std::string> installHelper(const Parts& parts) const;
-  std::optional<std::string> place(const std::string& source, const std::string& name) const;
+  std::optional<std::string> copyPart(const std::string& source, const std::string& name) const;
   void removeHelperFiles() const;
 
   Place place_;

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <thread>
 
+#include "core/file_lock.h"
 #include "core/installer/hook_entries.h"
 #include "core/installer/settings_json.h"
 
@@ -131,13 +133,47 @@ TEST_F(InstallerTest, RefreshesAnOlderHelperOnly) {
   folder_.write("bundle/hook.zsh", "unknown build");
   parts_.version = 0;
   EXPECT_TRUE(installer().refreshHelperIfConnected(parts_));
-  for (const char* text : {"", "+-1", "7x", "99999999999999999999", " +12 \n", "-3"}) {
+}
+
+TEST_F(InstallerTest, TheInstalledBuildIsAWholeNumberOrUnknown) {
+  struct Case {
+    const char* text;
+    std::optional<std::int64_t> build;
+  };
+  const Case cases[] = {
+      {"7\n", 7},  {" +12 \n", 12}, {"-3", -3},    {"", {}},
+      {"+-1", {}}, {"7x", {}},      {"0.1.0", {}}, {"99999999999999999999", {}},
+  };
+  for (const auto& [text, build] : cases) {
     folder_.write("claude/hooks/zelvane/version", text);
-    const auto version = installer().installedVersion();
-    EXPECT_EQ(version.value_or(0), std::string(text) == " +12 \n" ? 12
-                                   : std::string(text) == "-3"    ? -3
-                                                                  : 0)
-        << text;
+    EXPECT_EQ(installer().installedVersion(), build) << text;
+  }
+}
+
+TEST_F(InstallerTest, WaitsForItsTurnButNotForEver) {
+  ASSERT_TRUE(installer().install(parts_).succeeded);
+  const auto settings = folder_.read("claude/settings.json");
+  parts_.hookScript = folder_.write("bundle/hook.zsh", "newer script");
+  place_.patience = Seconds(0.02);
+  {
+    const FileLock::Scope other(folder_.path("data/connection.lock"), FileLock::Wait::no);
+    for (const auto& outcome : {installer().install(parts_), installer().uninstall()}) {
+      EXPECT_FALSE(outcome.succeeded);
+      EXPECT_NE(outcome.message.find("다른 Zelvane"), std::string::npos) << outcome.message;
+    }
+    EXPECT_FALSE(installer().refreshHelperIfConnected(parts_));
+    EXPECT_EQ(folder_.read("claude/settings.json"), settings);
+    EXPECT_EQ(helper("hook.zsh"), "script");
+  }
+  EXPECT_TRUE(installer().refreshHelperIfConnected(parts_));
+}
+
+TEST_F(InstallerTest, ConnectingAndDisconnectingAtTheSameTimeIsOneOfThem) {
+  for (int i = 0; i < 20; ++i) {
+    std::thread other([&] { EXPECT_TRUE(installer().uninstall().succeeded); });
+    EXPECT_TRUE(installer().install(parts_).succeeded);
+    other.join();
+    EXPECT_NE(installer().state(), State::helperMissing);
   }
 }
 

@@ -50,7 +50,9 @@ class SettingsFile {
   /// The settings, to be edited; refused when anything about the file is doubtful.
   Read readForEdit() const;
   /// Edits the settings. Every failure leaves the file as it was, byte for byte, and says so; an
-  /// edit that changes nothing writes nothing.
+  /// edit that changes nothing writes nothing. What another program writes at the same moment stays
+  /// in place or, where it cannot, beside the file in
+  /// "settings.json.zelvane-theirs-TIME-PROCESSID".
   Outcome edit(const std::function<void(Json& settings)>& change) const;
 
   /// For tests: called once per attempt, between reading and editing.
@@ -62,10 +64,11 @@ class SettingsFile {
   std::optional<Outcome> begin(Attempt& attempt) const;
   bool untouched(const Attempt& attempt) const;
   std::optional<Outcome> replace(const Attempt& attempt) const;
-  Outcome verify(const Attempt& attempt) const;
-  void rollBack(const Attempt& attempt) const;
-  void putAside(const std::string& path, const Attempt& attempt) const;
-  std::string backupName() const;
+  std::optional<Outcome> verify(const Attempt& attempt) const;
+  std::optional<std::string> rollBack(const Attempt& attempt) const;
+  std::optional<std::string> takeAway(const std::string& path, const Attempt& attempt) const;
+  std::optional<std::string> copyOfTheirs(const Attempt& attempt) const;
+  std::string nameNow(const std::string& start) const;
   void pruneBackups() const;
 
   std::string claudeDir_;

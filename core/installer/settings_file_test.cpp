@@ -3,6 +3,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "core/installer/file_placing.h"
 #include "core/installer/hook_entries.h"
@@ -152,6 +153,78 @@ TEST_F(SettingsFileTest, AFileThatAppearsMeanwhileIsNotLost) {
   EXPECT_EQ(connect(file), Outcome::ok(""));
   EXPECT_EQ(parseSettings(settings())->at("theirs"), 1);
   EXPECT_TRUE(hasOurEntries(*parseSettings(settings())));
+}
+
+TEST_F(SettingsFileTest, RefusesAReadOnlyFile) {
+  folder_.write("claude/settings.json", "{");
+  chmod(folder_.path("claude/settings.json").c_str(), 0444);
+  chmod(folder_.path().c_str(), 0755);
+  const auto try_ = [&] {
+    constexpr uid_t somebody = 65534;
+    if (getuid() == 0 && setuid(somebody) != 0) return 2;  // root may write everything
+    return connect(file()).message.find("읽기 전용") == std::string::npos ? 1 : 0;
+  };
+  EXPECT_EXIT(_exit(try_()), testing::ExitedWithCode(0), "");
+  EXPECT_EQ(settings(), "{");
+  EXPECT_TRUE(backups().empty());
+}
+
+TEST_F(SettingsFileTest, RolledBackToNothingLeavesNothing) {
+  const auto outcome = file().edit([](Json& settings) { settings["model"] = "opus"; });
+  EXPECT_EQ(outcome, Outcome::failed("쓴 결과가 예상과 달라서 원래 설정으로 되돌렸어요."));
+  EXPECT_FALSE(fs::exists(folder_.path("claude/settings.json")));
+  EXPECT_TRUE(backups().empty());
+}
+
+TEST_F(SettingsFileTest, WhatAKilledProcessHeldForSomebodyElseIsKept) {
+  const auto left = "claude/.settings.json.zelvane-tmp" + std::to_string(getpid());
+  const auto kept = [&] {
+    std::vector<std::string> bytes;
+    for (const auto& name : backups()) {
+      if (name.find("-theirs-") != std::string::npos)
+        bytes.push_back(folder_.read("claude/" + name));
+    }
+    return bytes;
+  };
+  folder_.write("claude/settings.json", "{}");
+  for (const char* bytes : {R"({"theirs":1})", "{\"half\":", "{}"}) {
+    folder_.write(left, bytes);
+    EXPECT_TRUE(connect(file()).succeeded);
+    folder_.write("claude/settings.json", "{}");
+  }
+  EXPECT_EQ(kept(), std::vector<std::string>({R"({"theirs":1})", "{\"half\":"}));
+  for (int i = 0; i < 7; ++i) {
+    folder_.write("claude/settings.json", "{}");
+    now_ += Seconds(1);
+    EXPECT_TRUE(connect(file()).succeeded);
+  }
+  EXPECT_EQ(backups().size(), 5U + 2U);
+  EXPECT_EQ(kept().size(), 2U) << "no backups, to be removed one day";
+}
+
+TEST(FilePlacing, NeverOverWhatSomebodyElseWrote) {
+  struct Case {
+    const char* there;  ///< null: nothing
+    const char* expected;
+    Placed placed;
+    const char* after;
+  };
+  const Case cases[] = {
+      {nullptr, nullptr, Placed::yes, "ours"},    {"theirs", nullptr, Placed::tooLate, "theirs"},
+      {"old", "old", Placed::yes, "ours"},        {"theirs", "old", Placed::tooLate, "theirs"},
+      {nullptr, "old", Placed::tooLate, nullptr},
+  };
+  for (const auto& [there, expected, placed, after] : cases) {
+    const test::TemporaryFolder folder;
+    const auto file = folder.write("file", "ours");
+    const auto target = folder.path("target");
+    if (there) folder.write("target", there);
+    EXPECT_EQ(expected ? placeOver(file, "ours", target, expected) : placeNew(file, target),
+              placed);
+    EXPECT_EQ(folder.read("target"), after ? after : "");
+    EXPECT_EQ(fs::exists(target), after != nullptr);
+    EXPECT_FALSE(fs::exists(file));
+  }
 }
 
 TEST_F(SettingsFileTest, CreatePrivateFollowsNoLinkAndReplacesNothing) {

@@ -21,12 +21,15 @@ class ConnectTest(unittest.TestCase):
         settings = json.loads(self.settings.read_text())
         command = settings["hooks"][payload["hook_event_name"]][0]["hooks"][0]["command"]
         result = subprocess.run(["/bin/sh", "-c", command], input=json.dumps(payload), text=True,
-                                env={"PATH": "/usr/bin:/bin"}, capture_output=True, timeout=10, check=True)
+                                env=self.machine.env, capture_output=True, timeout=10, check=True)
         self.assertEqual(result.stdout + result.stderr, "")
 
     def status(self):
         result = self.machine.run("status", "--json", check=False)
-        return result.returncode, json.loads(result.stdout)["state"]
+        told = json.loads(result.stdout)
+        if told["state"] == "connected":
+            self.assertGreaterEqual(told["build"], 1)
+        return result.returncode, told["state"]
 
     def test_connect_use_disconnect(self):
         self.settings.write_text(json.dumps(THEIRS))
@@ -52,6 +55,14 @@ class ConnectTest(unittest.TestCase):
         self.assertIn("해제했어요", self.machine.run("disconnect").stdout)
         self.assertEqual(json.loads(self.settings.read_text()), THEIRS)
         self.assertFalse((self.machine.home / ".claude/hooks/zelvane").exists())
+
+    def test_another_folder_of_claudes_is_pointed_out(self):
+        self.assertNotIn("CLAUDE_CONFIG_DIR", self.machine.run("connect").stdout)
+        usual = {"CLAUDE_CONFIG_DIR": str(self.machine.home / ".claude/")}
+        self.assertNotIn("CLAUDE_CONFIG_DIR", self.machine.run("status", **usual).stdout)
+        other = {"CLAUDE_CONFIG_DIR": str(self.machine.home / "other")}
+        for command in ("connect", "status"):
+            self.assertIn("CLAUDE_CONFIG_DIR", self.machine.run(command, **other).stdout)
 
     def test_refusals_say_why_and_change_nothing(self):
         self.settings.write_text('{"a":1,"a":2}')

@@ -43,12 +43,14 @@ bool SettingsMachine::settingsExist() const { return fs::exists(user() + "/claud
 
 bool SettingsMachine::isLink() const { return fs::is_symlink(user() + "/claude/settings.json"); }
 
-std::vector<std::string> SettingsMachine::backups() const {
+std::vector<std::string> SettingsMachine::holding(const std::string& bytes) const {
   std::vector<std::string> all;
-  for (const auto& entry : fs::directory_iterator(user() + "/claude")) {
-    const auto name = entry.path().filename().string();
-    if (name.find(".zelvane-backup-") != std::string::npos) {
-      all.push_back(folder_.read("user/claude/" + name));
+  for (const char* folder : {"user", "user/claude"}) {
+    for (const auto& entry : fs::directory_iterator(folder_.path(folder))) {
+      const auto name = entry.path().filename().string();
+      if (entry.is_regular_file() && folder_.read(std::string(folder) + "/" + name) == bytes) {
+        all.push_back(entry.path().string());
+      }
     }
   }
   return all;

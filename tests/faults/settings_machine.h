@@ -31,7 +31,8 @@ class SettingsMachine {
   std::string settings() const { return folder_.read("user/claude/settings.json"); }
   bool settingsExist() const;
   bool isLink() const;
-  std::vector<std::string> backups() const;  ///< their bytes
+  /// The files beside the settings that hold these bytes: their paths.
+  std::vector<std::string> holding(const std::string& bytes) const;
   Installer installer() const;
 
   Outcome connect() const { return installer().install(parts_); }

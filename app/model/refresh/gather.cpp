@@ -144,8 +144,9 @@ RefreshSources systemSources(const std::shared_ptr<Terminal>& terminal) {
     return readHookRecord(Paths::hookSessions(), id);
   };
   sources.keepRecordUp = [](const ClaudeProc& proc) {
-    (void)changeRecord(RecordFolder::in(Paths::zelvane()), proc.sessionId,
-                       [&](Json& record) { keepUp(record, wordOf(proc)); });
+    (void)changeRecord(
+        RecordFolder::in(Paths::zelvane()), proc.sessionId,
+        [&](Json& record) { keepUp(record, wordOf(proc)); }, FileTime::stays);
   };
   sources.terminalProgram = terminalProgramSource();
   sources.terminalTitles = [terminal](const auto& sessions) { return terminal->titles(sessions); };

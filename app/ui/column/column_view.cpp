@@ -171,7 +171,8 @@ void ColumnView::chosen(CardAction action, bool ticked) {
     case CardAction::connect:
       return connection_->connect(/*loginItem=*/ticked);
     case CardAction::connectLater:
-      return connection_->setCardDismissed(true);
+      connection_->setCardDismissed(true);
+      return connection_->clearMessage();  // what is to be read keeps the card open
     case CardAction::lookAgain:
       return connection_->refresh();
     case CardAction::closeMessage:

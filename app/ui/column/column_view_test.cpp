@@ -37,7 +37,11 @@ struct Connection {
              state = Installer::State::connected;
              return Outcome::ok("연결했어요.");
            },
-       .uninstall = [] { return Outcome::ok(""); },
+       .uninstall =
+           [this] {
+             state = Installer::State::notConnected;
+             return Outcome::ok("연결을 해제했어요.");
+           },
        .state = [this] { return state.load(); },
        .confirmDisconnect = [] { return true; },
        .turnOnLoginItem = [] {},
@@ -121,6 +125,12 @@ TEST(ColumnView, TheCardConnectsOrGoesAway) {
   ASSERT_EQ(column.buttons().size(), 1U) << "the result, to be read and closed";
   QTest::mouseClick(column.buttons()[0], Qt::LeftButton);
   EXPECT_TRUE(column.buttons().empty());
+
+  column.connection.controller->disconnect();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !column.connection.controller->busy(); }));
+  ASSERT_EQ(column.buttons().size(), 2U);
+  QTest::mouseClick(column.buttons()[1], Qt::LeftButton);
+  EXPECT_TRUE(column.buttons().empty()) << "later, although there was something to read";
 }
 
 TEST(ColumnView, ATapOpensOneRowAtATimeAndClosesItAgain) {
