@@ -56,10 +56,11 @@ ExitCode print(Note note, const ZelvaneSession& row) {
   const NotesStore notes({.dir = ZelvanePaths::notes(), .readOnly = true});
   const auto problem = notes.problem();
   tell(problem);
-  const auto entry = notes.entry(row.id);
-  const auto& text = note == Note::title ? entry.title : entry.memo;
-  const auto shown = text && terminalSize() ? printableLines(*text) : text;
-  const auto code = exitCode(writeOut(shown ? *shown + "\n" : ""));
+  auto entry = notes.entry(row.id);
+  auto text = std::move(note == Note::title ? entry.title : entry.memo);
+  if (text && terminalSize()) text = printableLines(*text);
+  if (text) *text += '\n';
+  const auto code = text ? exitCode(writeOut(*text)) : fine;
   return problem ? failed : code;
 }
 

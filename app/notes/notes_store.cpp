@@ -58,7 +58,7 @@ NotesStore::NotesStore(const Options& options)
 
 NotesStore::~NotesStore() {
   (void)reloadIfChanged();  // a file that was damaged since the last look is written anew
-  flush();
+  if (flush() && mayWriteNow()) runOnQueue([this] { logUnsaved(); });
 }
 
 NotesEntry NotesStore::entry(const std::string& id) const {
@@ -184,6 +184,22 @@ std::error_code NotesStore::logLost(const std::vector<RemovedText>& lost) {
   lost_ = lost;
   const auto failed = writeLog();
   return lost.empty() ? std::error_code() : failed;
+}
+
+/// On the queue, at the very end: the log needs no turn, and what is in it can be found.
+void NotesStore::logUnsaved() {
+  std::vector<RemovedText> texts;
+  for (const auto& [id, change] : unsaved()) {
+    const auto before = change.before ? *change.before : NotesEntry{};
+    const auto after = change.after ? *change.after : NotesEntry{};
+    if (after.title && after.title != before.title) {
+      texts.push_back({id, RemovedText::Kind::title, *after.title, after.updated});
+    }
+    if (after.memo && after.memo != before.memo) {
+      texts.push_back({id, RemovedText::Kind::memo, *after.memo, after.updated});
+    }
+  }
+  (void)logLost(texts);
 }
 
 void NotesStore::scheduleSave() {

@@ -33,7 +33,8 @@ class NotesStore {
 
   /// Loads what lies in the folder.
   explicit NotesStore(const Options& options);
-  /// Saves what is not saved yet. Must not run on a callback of this store.
+  /// Saves what is not saved yet, or leaves it in the log of removed notes when that fails. Must
+  /// not run on a callback of this store.
   ~NotesStore();
   NotesStore(const NotesStore&) = delete;
   NotesStore& operator=(const NotesStore&) = delete;
@@ -73,6 +74,7 @@ class NotesStore {
   void appendRemoved(const std::vector<RemovedText>& removed);
   std::error_code writeLog();
   std::error_code logLost(const std::vector<RemovedText>& lost);
+  void logUnsaved();
   std::optional<std::string> writeNow();
   std::error_code written(const NotesChanges& changes);
   std::error_code write(const NotesChanges& changes);

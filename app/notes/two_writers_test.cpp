@@ -190,6 +190,17 @@ TEST(TwoWriters, AHungOneCostsTheOtherNothingOnceItGoesOn) {
   EXPECT_EQ(left.entry("s2").memo, "나중");
 }
 
+TEST(TwoWriters, OneThatEndsWithoutATurnLeavesItsWordsInTheLog) {
+  const TemporaryFolder folder;
+  auto options = manual(folder);
+  options.clock = [] { return timeAt(5.5); };
+  options.lockPatience = Seconds(0.05);
+  const FileLock::Scope hung(folder.path("notes.json.lock"), FileLock::Wait::no);
+  ASSERT_TRUE(hung);
+  NotesStore(options).setMemo("s1", "하나");
+  EXPECT_EQ(folder.read("removed-notes.jsonl"), "{\"at\":5.5,\"memo\":\"하나\",\"sid\":\"s1\"}\n");
+}
+
 TEST(TwoWriters, WithoutALockFileNothingIsWritten) {
   const TemporaryFolder folder;
   NotesStore store(manual(folder));
