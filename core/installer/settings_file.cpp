@@ -1,6 +1,7 @@
 #include "core/installer/settings_file.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <sys/stat.h>
@@ -246,7 +247,7 @@ std::optional<std::string> SettingsFile::rollBack(const Attempt& attempt) const 
 /// returns that name, or the old one when that failed.
 std::optional<std::string> SettingsFile::takeAway(const std::string& path,
                                                   const Attempt& attempt) const {
-  if (!attributes(path)) return std::nullopt;
+  if (!attributes(path) && errno == ENOENT) return std::nullopt;
   const auto bytes = bytesOf(path);
   if (bytes == attempt.out || bytes == attempt.data) {
     unlink(path.c_str());
