@@ -6,10 +6,10 @@
 #include "platform/home_folder.h"
 #include "platform/process_table.h"
 
+#include "core/file_lock.h"
 #include "core/localization.h"
 #include "core/paths.h"
 #include "core/process.h"
-#include "core/unicode.h"
 #include "core/user_defaults.h"
 
 #include "app/model/records/session_files.h"
@@ -35,10 +35,28 @@ std::vector<ClaudeProc> liveSessions() {
 /// By their files; and, what has just been started and has none yet, by what it was started with.
 std::set<std::string> runningSessions() {
   std::set<std::string> ids;
-  for (const auto& proc : liveSessions()) ids.insert(proc.sessionId);
+  std::set<std::int32_t> known;
+  for (const auto& proc : liveSessions()) {
+    ids.insert(proc.sessionId);
+    known.insert(proc.pid);
+  }
   for (const auto& [pid, tty] : Proc::claudeTTYs()) {
+    if (known.contains(pid)) continue;
     if (auto id = resumedSession(platform::arguments(pid))) ids.insert(std::move(*id));
   }
+  return ids;
+}
+
+std::set<std::string> startingSessions() {
+  std::set<std::string> ids;
+  for (const auto pid : platform::processIds()) {
+    if (auto id = sessionOfShell(platform::arguments(pid))) ids.insert(std::move(*id));
+  }
+  return ids;
+}
+
+std::set<std::string> withStarting(std::set<std::string> ids) {
+  ids.merge(startingSessions());
   return ids;
 }
 
@@ -67,13 +85,13 @@ std::string wishedTerminal() {
 void say(const std::string& line) { (void)writeOut(line + "\n"); }
 
 std::string nameOf(const RestoreItem& item) {
-  const auto folder = printable(item.folder);
-  return item.title.empty() ? folder : printable(item.title) + " — " + folder;
+  const auto folder = restoreName(item.folder);
+  return item.title.empty() ? folder : restoreName(item.title) + " — " + folder;
 }
 
 void sayPlan(const RestorePlan& plan) {
   if (plan.open.empty()) {
-    say(L(nothingToRestore));
+    say(nothingToRestore);
   } else {
     say(LF("%d개를 열어요.", {static_cast<std::int64_t>(plan.open.size())}));
   }
@@ -93,9 +111,9 @@ RestoreDoors systemDoors(Terminal& terminal, const OpenedRecord& record) {
     return terminal.open(item.folder, resumeCommand(shell, item.sid), place.near, place.program);
   };
   return {.running = runningSessions,
+          .starting = startingSessions,
           .open = open,
           .remember = [record](const std::string& sid) { record.add(sid, systemTime()); },
-          .forget = [record](const std::string& sid) { record.remove(sid); },
           .say = say,
           .pause = sleepFor,
           .clock = systemTime};
@@ -105,10 +123,16 @@ RestoreDoors systemDoors(Terminal& terminal, const OpenedRecord& record) {
 
 ExitCode restore(const RestoreOptions& options) {
   const OpenedRecord record(ZelvanePaths::restored());
+  const FileLock::Scope turn(ZelvanePaths::restored() + ".lock", FileLock::Wait::no);
+  if (!turn && turn.error() == std::errc::operation_would_block) {
+    writeError(L("다른 zelvane restore 가 열고 있어요.") + "\n");
+    return failed;
+  }
   const auto snapshot = snapshotToRestore();
-  const auto plan = planRestore(
-      snapshot.value_or(Json::object()), options.exact,
-      {.running = runningSessions(), .openedAt = record.openedAt(), .folderExists = folderExists});
+  const auto plan = planRestore(snapshot.value_or(Json::object()), options.exact,
+                                {.running = withStarting(runningSessions()),
+                                 .openedAt = record.openedAt(),
+                                 .folderExists = folderExists});
   sayPlan(plan);
   if (options.dryRun || plan.open.empty()) return fine;
   keepNamedSnapshot();

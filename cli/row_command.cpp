@@ -27,10 +27,11 @@ void acknowledgeNow(const ZelvaneSession& row) {
 }
 
 ExitCode jumpTo(const ZelvaneSession& row) {
-  if (row.state == ZelvaneState::done) acknowledgeNow(row);
   if (!row.tty) return fail(L("이 탭의 터미널을 알 수 없어요."));
   const auto result = Terminal().jump(*row.tty, row.pid);
-  return result.ok ? fine : fail(result.reason);
+  if (!result.ok) return fail(result.reason);
+  if (row.state == ZelvaneState::done) acknowledgeNow(row);
+  return fine;
 }
 
 }  // namespace

@@ -52,15 +52,6 @@ void OpenedRecord::add(const std::string& sid, Time now) const {
   auto opened = openedAt();
   std::erase_if(opened, [&](const auto& entry) { return now - timeAt(entry.second) > kept; });
   opened[sid] = secondsSince1970(now);
-  write(opened);
-}
-
-void OpenedRecord::remove(const std::string& sid) const {
-  auto opened = openedAt();
-  if (opened.erase(sid) > 0) write(opened);
-}
-
-void OpenedRecord::write(const std::map<std::string, double>& opened) const {
   (void)JSONFile::writeAtomic({{openedKey, opened}}, path_);
 }
 

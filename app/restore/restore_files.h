@@ -26,11 +26,8 @@ class OpenedRecord {
   std::map<std::string, double> openedAt() const;
   /// Also drops what is older than a month.
   void add(const std::string& sid, Time now) const;
-  void remove(const std::string& sid) const;
 
  private:
-  void write(const std::map<std::string, double>& opened) const;
-
   std::string path_;
 };
 

@@ -8,6 +8,11 @@ namespace zelvane {
 namespace {
 
 constexpr std::size_t longestId = 128;
+constexpr std::string_view resume = "claude --resume ";
+// Without jobs of its own the shell goes on with nothing when the conversation is stopped by
+// Ctrl-Z; and an interrupt is for the conversation alone.
+constexpr const char* guardBegin = "set +m; trap : INT; ";
+constexpr const char* guardEnd = "; trap - INT; ";
 
 RestoreItem itemOf(const Json& json) {
   return {get::str(json, "sid").value_or(""), get::str(json, "cwd").value_or(""),
@@ -65,13 +70,31 @@ bool isSessionId(const std::string& text) {
 }
 
 std::vector<std::string> resumeCommand(const std::string& shell, const std::string& sid) {
-  return {shell, "-l", "-i", "-c", "claude --resume " + sid + "; exec " + quoted(shell)};
+  const bool posix = !shell.ends_with("/fish");
+  return {shell, "-l", "-i", "-c",
+          (posix ? guardBegin : "") + std::string(resume) + sid + (posix ? guardEnd : "; ") +
+              "exec " + quoted(shell)};
 }
 
 std::optional<std::string> resumedSession(const std::vector<std::string>& arguments) {
-  const auto option = std::find(arguments.begin(), arguments.end(), "--resume");
-  if (option == arguments.end() || option + 1 == arguments.end()) return std::nullopt;
-  return *(option + 1);
+  constexpr std::string_view joined = "--resume=";
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const auto& word = arguments[i];
+    if (word.starts_with(joined)) return word.substr(joined.size());
+    if ((word == "--resume" || word == "-r") && i + 1 < arguments.size()) return arguments[i + 1];
+  }
+  return std::nullopt;
+}
+
+std::optional<std::string> sessionOfShell(const std::vector<std::string>& arguments) {
+  if (arguments.size() < 5 || arguments[3] != "-c") return std::nullopt;
+  const auto& script = arguments[4];
+  const auto begin = script.find(resume);
+  if (begin == script.npos) return std::nullopt;
+  const auto id = begin + resume.size();
+  auto sid = script.substr(id, script.find(';', id) - id);
+  return arguments == resumeCommand(arguments[0], sid) ? std::optional(std::move(sid))
+                                                       : std::nullopt;
 }
 
 }  // namespace zelvane

@@ -47,10 +47,13 @@ RestorePlan planRestore(const Json& snapshot, bool exact, const RestoreFacts& fa
 bool isSessionId(const std::string& text);
 
 /// The words of the command that resumes the conversation: in the user's own shell, so that the
-/// search path is theirs, and which stays when the conversation ends.
+/// search path is theirs, and which stays when the conversation ends, is stopped or interrupted.
 std::vector<std::string> resumeCommand(const std::string& shell, const std::string& sid);
 
-/// The session that a command line resumes; nothing when it is another command.
+/// The session that a client's command line resumes; nothing when it is another command.
 std::optional<std::string> resumedSession(const std::vector<std::string>& arguments);
+
+/// The session that one of our own shells will resume or has resumed.
+std::optional<std::string> sessionOfShell(const std::vector<std::string>& arguments);
 
 }  // namespace zelvane

@@ -5,6 +5,8 @@
 #include "core/localization.h"
 #include "core/unicode.h"
 
+#include "app/model/snapshots/restore_outcome.h"
+
 namespace zelvane {
 namespace {
 
@@ -17,39 +19,31 @@ class Run {
   explicit Run(const RestoreDoors& doors) : doors_(doors) {}
 
   int through(const std::vector<RestoreItem>& items) {
-    for (std::size_t i = 0; i < items.size(); ++i) {
-      const bool opened = open(items[i]);
-      if (opened && i + 1 < items.size()) waitUntil(began_ + betweenTabs);
-    }
-    doors_.say(LF("완료: 연 탭 %d개, 실패 %d", {opened_, failed_}));
-    return static_cast<int>(failed_);
+    for (const auto& item : items) open(item);
+    doors_.say("완료: 연 탭 " + std::to_string(opened_) + "개, 실패 " + std::to_string(failed_));
+    return failed_;
   }
 
  private:
-  /// Whether a tab was opened.
-  bool open(const RestoreItem& item) {
-    const auto name = printable(item.title.empty() ? item.folder : item.title);
-    if (doors_.running().contains(item.sid)) {
-      doors_.say(LF("건너뜀: %@ (이미 돌고 있어요)", {name}));
-      return false;
+  void open(const RestoreItem& item) {
+    const auto name = restoreName(item.title.empty() ? item.folder : item.title);
+    if (doors_.running().contains(item.sid) || doors_.starting().contains(item.sid)) {
+      return doors_.say(LF("건너뜀: %@ (이미 돌고 있어요)", {name}));
     }
     began_ = doors_.clock();
     const auto result = doors_.open(item);
     if (!result.ok) return fail(name, result.reason);
+    if (!comesUp(item.sid)) return fail(name, L("10초 안에 대화가 시작되지 않았어요."));
+    waitUntil(began_ + betweenTabs);
+    if (!doors_.running().contains(item.sid)) return fail(name, L("대화가 바로 끝났어요."));
     doors_.remember(item.sid);
-    if (!comesUp(item.sid)) {
-      doors_.forget(item.sid);
-      return fail(name, L("10초 안에 대화가 시작되지 않았어요."));
-    }
     ++opened_;
     doors_.say(LF("열었어요: %@", {name}));
-    return true;
   }
 
-  bool fail(const std::string& name, const std::string& reason) {
+  void fail(const std::string& name, const std::string& reason) {
     ++failed_;
     doors_.say(LF("열지 못했어요: %@ (%@)", {name, printable(reason)}));
-    return false;
   }
 
   bool comesUp(const std::string& sid) {
@@ -67,11 +61,20 @@ class Run {
 
   const RestoreDoors& doors_;
   Time began_ = distantPast;
-  std::int64_t opened_ = 0;
-  std::int64_t failed_ = 0;
+  int opened_ = 0;
+  int failed_ = 0;
 };
 
 }  // namespace
+
+std::string restoreName(const std::string& text) {
+  auto name = printable(text);
+  const std::string phrase = nothingToRestore;
+  for (auto at = name.find(phrase); at != name.npos; at = name.find(phrase)) {
+    name.replace(at, phrase.size(), "…");
+  }
+  return name;
+}
 
 int runRestore(const RestorePlan& plan, const RestoreDoors& doors) {
   return Run(doors).through(plan.open);

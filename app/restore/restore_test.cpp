@@ -54,13 +54,32 @@ TEST(SessionId, IsNothingElse) {
   for (const auto& id : bad) EXPECT_FALSE(isSessionId(id)) << id;
 }
 
-TEST(ResumeCommand, QuotesTheShell) {
-  EXPECT_THAT(
-      resumeCommand("/bin/it's", "a-1"),
-      ElementsAre("/bin/it's", "-l", "-i", "-c", "claude --resume a-1; exec '/bin/it'\\''s'"));
-  EXPECT_EQ(resumedSession({"/bin/sh", "claude", "--resume", "a-1"}), "a-1");
-  EXPECT_EQ(resumedSession({"claude", "--resume"}), std::nullopt);
-  EXPECT_EQ(resumedSession(resumeCommand("/bin/sh", "a-1")), std::nullopt) << "it only will";
+TEST(ResumeCommand, IsKnownAgain) {
+  const auto words = resumeCommand("/bin/it's", "a-1");
+  EXPECT_THAT(words, ElementsAre("/bin/it's", "-l", "-i", "-c",
+                                 "set +m; trap : INT; claude --resume a-1; trap - INT; exec "
+                                 "'/bin/it'\\''s'"));
+  EXPECT_EQ(sessionOfShell(words), "a-1");
+  EXPECT_EQ(resumeCommand("/usr/bin/fish", "b").back(), "claude --resume b; exec '/usr/bin/fish'");
+  EXPECT_EQ(sessionOfShell(resumeCommand("/usr/bin/fish", "b")), "b");
+  EXPECT_EQ(sessionOfShell({"sh", "-l", "-i", "-c", "echo claude --resume b; x"}), std::nullopt);
+  EXPECT_EQ(sessionOfShell({"sh", "-l", "-i", "-c"}), std::nullopt);
+}
+
+TEST(ResumedSession, IsReadFromTheClientsArguments) {
+  using Words = std::vector<std::string>;
+  for (const auto& words : {Words{"/bin/sh", "claude", "--resume", "a-1"},
+                            Words{"claude", "-r", "a-1"}, Words{"claude", "--resume=a-1", "-p"}}) {
+    EXPECT_EQ(resumedSession(words), "a-1");
+  }
+  for (const auto& words :
+       {Words{"claude", "--resume"}, Words{}, resumeCommand("/bin/sh", "a-1")}) {
+    EXPECT_EQ(resumedSession(words), std::nullopt);
+  }
+}
+
+TEST(RestoreName, SaysNothingThatMeansSomething) {
+  EXPECT_EQ(restoreName("a\n되살릴 탭이 없어요"), "a …");
 }
 
 /// A world in which opening takes a second until the session runs, and time passes by pausing.
@@ -68,6 +87,8 @@ struct World {
   std::set<std::string> running;
   std::set<std::string> refuses;
   std::set<std::string> stillborn;
+  std::set<std::string> shortLived;
+  std::set<std::string> starting;
   std::set<std::string> remembered;
   std::vector<std::string> said;
   std::vector<std::pair<std::string, double>> opened;
@@ -79,10 +100,12 @@ struct World {
                 [this] {
                   auto all = running;
                   for (const auto& [sid, at] : comesUpAt) {
-                    if (at <= now) all.insert(sid);
+                    const bool ended = shortLived.contains(sid) && now > at + 1;
+                    if (at <= now && !ended) all.insert(sid);
                   }
                   return all;
                 },
+            .starting = [this] { return starting; },
             .open = [this](const RestoreItem& item) -> TerminalResult {
               if (refuses.contains(item.sid)) return {false, "안 돼요."};
               opened.emplace_back(item.sid, now);
@@ -90,7 +113,6 @@ struct World {
               return {true};
             },
             .remember = [this](const std::string& sid) { remembered.insert(sid); },
-            .forget = [this](const std::string& sid) { remembered.erase(sid); },
             .say = [this](const std::string& line) { said.push_back(line); },
             .pause = [this](Seconds seconds) { now += seconds.count(); },
             .clock = [this] { return timeAt(now); }};
@@ -100,16 +122,21 @@ struct World {
 TEST(RunRestore, OpensOneTabEveryThreeSecondsAndTellsWhatFailed) {
   World world;
   world.running = {"b"};
+  world.starting = {"g"};
   world.refuses = {"c"};
   world.stillborn = {"d"};
+  world.shortLived = {"f"};
   RestorePlan plan;
-  for (const char* sid : {"a", "b", "c", "d", "e", "f"}) plan.open.push_back({sid, "/p", sid, ""});
-  EXPECT_EQ(runRestore(plan, world.doors()), 2);
+  for (const char* sid : {"a", "b", "c", "d", "e", "f", "g"}) {
+    plan.open.push_back({sid, "/p", sid, ""});
+  }
+  EXPECT_EQ(runRestore(plan, world.doors()), 3);
   EXPECT_THAT(world.said, ElementsAre("열었어요: a", "건너뜀: b (이미 돌고 있어요)",
                                       "열지 못했어요: c (안 돼요.)",
                                       "열지 못했어요: d (10초 안에 대화가 시작되지 않았어요.)",
-                                      "열었어요: e", "열었어요: f", "완료: 연 탭 3개, 실패 2"));
-  EXPECT_THAT(world.remembered, ElementsAre("a", "e", "f"));
+                                      "열었어요: e", "열지 못했어요: f (대화가 바로 끝났어요.)",
+                                      "건너뜀: g (이미 돌고 있어요)", "완료: 연 탭 2개, 실패 3"));
+  EXPECT_THAT(world.remembered, ElementsAre("a", "e"));
   ASSERT_EQ(world.opened.size(), 4U);
   EXPECT_DOUBLE_EQ(world.opened[1].second, 3) << "d after a";
   EXPECT_NEAR(world.opened[2].second, 13, 0.3) << "e when d is given up";
@@ -144,8 +171,6 @@ TEST(OpenedRecord, RemembersForAMonth) {
   const OpenedRecord record(folder.path("restored.json"));
   record.add("a", timeAt(1000));
   record.add("b", timeAt(2000));
-  record.add("c", timeAt(2000));
-  record.remove("c");
   EXPECT_EQ(record.openedAt(), (std::map<std::string, double>{{"a", 1000}, {"b", 2000}}));
   record.add("d", timeAt(1000 + 2'592'001));
   EXPECT_FALSE(record.openedAt().contains("a"));

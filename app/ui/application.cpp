@@ -118,9 +118,7 @@ int AppDelegate::run() {
   openPanel();
   fillOrStart();
   // A request that came while the window was opened would be lost on a loop that does not run yet.
-  const int status = quitOnSignal.requested() ? 0 : QApplication::exec();
-  store_->markQuit();
-  return status;
+  return quitOnSignal.requested() ? 0 : QApplication::exec();
 }
 
 ColumnView::Options AppDelegate::viewOptions() const {
@@ -228,6 +226,8 @@ void AppDelegate::perform(MenuCommand command) {
     case MenuCommand::refresh:
       return store_->refreshNow();
     case MenuCommand::quit:
+      // Not when the system ends the session: that may be the beginning of a shutdown.
+      store_->markQuit();
       return QApplication::quit();
     case MenuCommand::resetSize:
       panelSize_.set({});

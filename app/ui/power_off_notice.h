@@ -1,21 +1,23 @@
 // Tells when the machine is about to go down, or after all is not. Main thread.
 #pragma once
 
-#include <QtGui/QAction>
 #include <functional>
+#include <memory>
 
 namespace zelvane {
 
 class PowerOffNotice {
  public:
   /// `changed` gets whether the machine is going down. Where the system tells nobody, nothing ever
-  /// comes.
+  /// comes; one that does not answer is waited for elsewhere.
   explicit PowerOffNotice(std::function<void(bool goingDown)> changed);
+  ~PowerOffNotice();
   PowerOffNotice(const PowerOffNotice&) = delete;
   PowerOffNotice& operator=(const PowerOffNotice&) = delete;
 
  private:
-  QAction goingDown_;  ///< takes the signal: its state is the message's argument
+  struct Listener;
+  std::shared_ptr<Listener> listener_;
 };
 
 }  // namespace zelvane

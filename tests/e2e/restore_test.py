@@ -141,19 +141,27 @@ class SnapshotTest(unittest.TestCase):
         except FileNotFoundError:
             return {}
 
-    def run_column(self, meanwhile=lambda: None, **environment):
-        """Runs the column until its first snapshot and something else have happened."""
+    def start_column(self, **environment):
         column = self.machine.start("zelvane-app", DISPLAY=self.display.name, **environment)
         eventually(self.snapshot, what="a snapshot")
-        meanwhile()
+        return column
+
+    def test_only_a_quit_on_purpose_is_marked(self):
+        column = self.start_column()
         column.terminate()
         self.assertEqual(column.wait(10), 0)
-
-    def test_a_quit_is_marked(self):
-        self.run_column()
+        self.assertNotIn("app_quit", self.snapshot(), "the session's end may be a shutdown's beginning")
+        column = self.start_column()
+        window = eventually(lambda: self.display.output(
+            "xdotool", "search", "--onlyvisible", "--class", "zelvane"), what="the window")[0]
+        self.display.click(self.display.size[0] - 34, 28)
+        eventually(lambda: self.display.output("xdotool", "search", "--onlyvisible", "--class",
+                                               "zelvane") != window, what="the menu opens")
+        self.display.output("xdotool", "key", "Up", "Return")
+        self.assertEqual(column.wait(10), 0)
+        self.assertIn("app_quit", self.snapshot())
         self.assertEqual([item["sid"] for item in self.snapshot()["items"]], ["a"])
         self.assertEqual(self.snapshot()["items"][0]["terminal"], "tmux")
-        self.assertIn("app_quit", self.snapshot())
 
     def test_what_a_shutdown_closes_is_not(self):
         bus = self.machine.folder / "bus"
@@ -161,12 +169,9 @@ class SnapshotTest(unittest.TestCase):
         eventually(bus.exists, what="a bus")
         manager = LoginManager(f"unix:path={bus}")
 
-        def shut_down():
-            eventually(lambda: manager.is_heard(self.snapshot), what="the notice arrives")
-            self.machine.tmux("kill-server")
-
-        self.run_column(shut_down, DBUS_SYSTEM_BUS_ADDRESS=f"unix:path={bus}")
-        self.assertNotIn("app_quit", self.snapshot())
+        self.start_column(DBUS_SYSTEM_BUS_ADDRESS=f"unix:path={bus}")
+        eventually(lambda: manager.is_heard(self.snapshot), seconds=60, what="the notice arrives")
+        self.machine.tmux("kill-server")
         self.assertEqual([item["sid"] for item in self.snapshot()["items"]], ["a"])
 
 

@@ -254,7 +254,9 @@ void ZelvaneStore::endEditing(const std::optional<std::string>& key) {
 }
 
 void ZelvaneStore::togglePin(const ZelvaneSession& session) {
-  setPinned(pinsToggled(pinned_, session.id));
+  // A command may have pinned another meanwhile.
+  const auto saved = savedSettings(*options_.defaults, options_.clock()).pinned;
+  setPinned(pinsToggled(saved, session.id));
   refreshNow();
 }
 
