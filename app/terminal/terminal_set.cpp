@@ -257,7 +257,7 @@ TerminalResult TerminalSet::open(const OpenRequest& request,
                                  const std::optional<TerminalSession>& near) {
   beginCall();
   std::error_code error;
-  if (!std::filesystem::is_directory(request.folder, error)) {
+  if (!request.folder.starts_with('/') || !std::filesystem::is_directory(request.folder, error)) {
     return {false, LF("폴더가 없어요: %@", {withoutControls(request.folder)})};
   }
   if (request.argv.empty() || request.argv.front().empty()) {

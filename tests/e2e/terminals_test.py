@@ -16,6 +16,10 @@ import unittest
 from display import Display
 from machine import PROGRAMS, Machine, eventually
 
+# What shells, formats and quoting make something of. Blanks are the probe's own separators.
+HOSTILE_NAMES = ["한글';$(touch${IFS}pwned1)", "#(touch${IFS}pwned2)", "a#S", "a##b", "#{pane_pid}", "50%Y%d",
+                 "back\\slash\\'!x", "`touch${IFS}pwned3`\"", "ends;", "ends\\;", "-x"]
+
 
 class Probe:
     """The probe program: one command a line, one line of JSON back."""
@@ -134,13 +138,15 @@ class TmuxAloneTest(TerminalsTest):
         self.tmux_server("new-session", "-d", "env", command)
         self.addCleanup(self.tmux_server, "kill-server")
         session = self.told(file)
-        command, file = self.script()
-        folder = self.folder / "한글';$(x)"
-        folder.mkdir()
-        self.assertTrue(probe.ask("open", *session, folder, command)[0]["ok"])
-        pid, tty = self.told(file)
-        self.assertNotEqual(tty, session[1])
-        self.assertEqual(os.readlink(f"/proc/{pid}/cwd"), str(folder))
+        for name in HOSTILE_NAMES:
+            command, file = self.script()
+            folder = self.folder / name
+            folder.mkdir()
+            self.assertTrue(probe.ask("open", *session, folder, command)[0]["ok"], name)
+            pid, tty = self.told(file)
+            self.assertNotEqual(tty, session[1])
+            self.assertEqual(os.readlink(f"/proc/{pid}/cwd"), str(folder))
+        self.assertFalse(list(self.folder.rglob("pwned*")) + list(pathlib.Path().glob("pwned*")))
         missing = probe.ask("open", *session, f"{folder}-none", command)[0]
         self.assertFalse(missing["ok"])
         self.assertIn("-none", missing["reason"])
