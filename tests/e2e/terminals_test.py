@@ -498,6 +498,28 @@ class WindowsTest(TerminalsTest):
         self.assertTrue(answer["ok"], answer)
         self.told(file)
 
+    def test_the_display_hangs(self):
+        one = self.xterm(title="one")
+        known, unknown = self.probe, Probe(self.machine, DISPLAY=self.display.name)
+        self.addCleanup(unknown.close)
+        for probe in (known, unknown):
+            probe.sessions(one)
+        eventually(lambda: known.titles() == {one[1]: "one"}, what="the title")
+        server = next(child for child in self.machine._children if "Xvfb" in child.args)
+        server.send_signal(signal.SIGSTOP)
+        self.addCleanup(server.send_signal, signal.SIGCONT)
+        for probe in (known, unknown):
+            for limit in (1500, 300):
+                titles, ms = probe.ask("titles")
+                self.assertEqual(titles, {})
+                self.assertLess(ms, limit, "it is waited for once")
+            answer, ms = probe.ask("jump", *one)
+            self.assertFalse(answer["ok"])
+            self.assertLess(ms, 1500)
+        server.send_signal(signal.SIGCONT)
+        for probe in (known, unknown):
+            eventually(lambda p=probe: p.jump(one)["ok"], what="it answers again")
+
     def test_the_display_goes_away(self):
         one = self.xterm(title="one")
         self.probe.sessions(one)
