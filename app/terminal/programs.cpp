@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <chrono>
 #include <unistd.h>
 
 #include "platform/child_process.h"
@@ -77,6 +78,13 @@ std::optional<std::string> askProgram(const std::string& name,
       platform::runChild({*program, arguments, std::nullopt, std::move(environment), timeout});
   if (result.status != 0) return std::nullopt;
   return std::move(result.output);
+}
+
+bool tellProgram(const std::string& name, const std::vector<std::string>& arguments,
+                 Seconds timeout, std::vector<std::string> environment) {
+  const auto deadline = std::chrono::steady_clock::now() + timeout;
+  return askProgram(name, arguments, timeout, std::move(environment)) ||
+         std::chrono::steady_clock::now() >= deadline;
 }
 
 bool startApart(const std::string& name, const std::vector<std::string>& arguments,

@@ -20,6 +20,11 @@ std::optional<std::string> askProgram(const std::string& name,
                                       const std::vector<std::string>& arguments, Seconds timeout,
                                       std::vector<std::string> environment = {});
 
+/// Has a program pass a wish on. Also true when it did not end in time: the wish may still be on
+/// its way, and must not be made of another. `environment` as with `askProgram`.
+bool tellProgram(const std::string& name, const std::vector<std::string>& arguments,
+                 Seconds timeout, std::vector<std::string> environment = {});
+
 /// Starts a program that outlives this process and has its own session; false when the program or
 /// the folder is not there. It inherits the environment but what tells of the terminal and of the
 /// errand of this process; `environment` holds "NAME=value" entries to add.

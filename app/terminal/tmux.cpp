@@ -46,7 +46,7 @@ bool Tmux::select(const std::string& server, const TmuxTarget& target) {
 
 bool Tmux::open(const std::string& server, const TmuxPane& pane, const OpenRequest& request) {
   auto words = tmuxOpenArguments(pane, request.folder, request.argv);
-  return askProgram("tmux", onServer(server, std::move(words)), limit).has_value();
+  return tellProgram("tmux", onServer(server, std::move(words)), limit);
 }
 
 }  // namespace zelvane
