@@ -309,8 +309,7 @@ class WindowsTest(TerminalsTest):
             if not shutil.which(name):
                 print(f"{name} is not installed: left out")
                 continue
-            options = {"kitty": ["-o", "allow_remote_control=socket-only", "-o", "confirm_os_window_close=0",
-                                 "-o", f"listen_on=unix:{self.folder}/kitty"], "konsole": ["-e"]}
+            options = {"kitty": self.kitty_options(), "konsole": ["-e"]}
             command, file, keys = self.listener()
             self.program(name, *options[name], command)
             near = seen(file, keys)
@@ -344,11 +343,14 @@ class WindowsTest(TerminalsTest):
             self.assertIn(front, (session[1], None))
         self.assertEqual([keys.stat().st_size for _, keys in listeners], typed)
 
+    def kitty_options(self):
+        """Those of a kitty that answers."""
+        return ["-o", "allow_remote_control=socket-only", "-o", "confirm_os_window_close=0", "-o",
+                f"listen_on=unix:{self.folder}/kitty"]
+
     def test_kitty(self):
         command, file = self.script("one")
-        socket = f"unix:{self.folder}/kitty"
-        self.program("kitty", "-o", "allow_remote_control=socket-only", "-o", f"listen_on={socket}",
-                     "-o", "confirm_os_window_close=0", command)
+        self.program("kitty", *self.kitty_options(), command)
         one = self.told(file)
         two = self.second_tab(one, "두 번째")
         self.probe.sessions(one, two)
@@ -467,6 +469,25 @@ class WindowsTest(TerminalsTest):
         for session in (one, three, two, one):
             self.assertEqual(self.probe.jump(session), {"ok": True, "reason": ""})
         self.times(self.probe, "Tilix from and to xterm", one, three)
+
+    def test_names_of_folders_are_only_names(self):
+        self.bus()
+        for name, options in (("kitty", self.kitty_options()), ("konsole", ["-e"]),
+                              ("gnome-terminal", ["--"]), ("tilix", ["-e"])):
+            if not shutil.which(name):
+                print(f"{name} is not installed: left out")
+                continue
+            command, file = self.script()
+            self.program(name, *options, command)
+            near = self.told(file)
+            for hostile in HOSTILE_NAMES:
+                with self.subTest(terminal=name, folder=hostile):
+                    folder = self.folder / hostile
+                    folder.mkdir(exist_ok=True)
+                    command, file = self.script()
+                    self.assertTrue(self.probe.ask("open", *near, folder, command)[0]["ok"])
+                    self.assertEqual(os.readlink(f"/proc/{self.told(file)[0]}/cwd"), str(folder))
+        self.assertFalse(list(self.folder.rglob("pwned*")) + list(pathlib.Path().glob("pwned*")))
 
     def test_nothing_is_started_by_asking(self):
         self.bus()
