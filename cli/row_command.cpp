@@ -14,7 +14,7 @@ namespace zelvane::cli {
 namespace {
 
 ExitCode fail(const std::string& sentence) {
-  writeError(sentence + "\n");
+  writeError(printable(sentence) + "\n");
   return failed;
 }
 

@@ -6,6 +6,8 @@
 #include <thread>
 
 #include "core/localization.h"
+#include "core/text.h"
+#include "core/unicode.h"
 
 #include "app/terminal/window_choice.h"
 
@@ -17,6 +19,13 @@ constexpr int deepestNesting = 4;
 TerminalResult outOfReach(bool selected) {
   return {false, selected ? L("탭은 골랐지만 이 데스크톱에서는 창을 앞으로 가져올 수 없어요.")
                           : L("이 데스크톱에서는 다른 창을 앞으로 가져올 수 없어요.")};
+}
+
+/// A path that cannot be shown as it is cannot be pasted, either.
+std::string adviceToAttach(const std::string& server, const std::string& session) {
+  if (printable(server) != server) return L("이 세션의 tmux를 보여 주는 창이 없어요.");
+  return LF("이 세션의 tmux를 보여 주는 창이 없어요. 터미널에서 %@ 로 열 수 있어요.",
+            {"tmux -S " + shellQuote(server) + " attach -t " + shellQuote(session)});
 }
 
 }  // namespace
@@ -195,8 +204,7 @@ TerminalResult TerminalSet::jump(const TerminalSession& session) {
     const auto target = targetOf(listing, place.tty);
     if (!target) return {false, L("tmux가 대답하지 않아요.")};
     if (!target->client) {
-      return {false, LF("이 세션의 tmux를 보여 주는 창이 없어요. 터미널에서 %@ 로 열 수 있어요.",
-                        {"tmux -S " + server + " attach -t '" + target->pane->session + "'"})};
+      return {false, adviceToAttach(server, target->pane->session)};
     }
     if (!parts_.tmux->select(server, *target)) return {false, L("tmux가 대답하지 않아요.")};
     place = placeOf(parts_.processes, target->client->pid, target->client->tty);
@@ -257,7 +265,7 @@ TerminalResult TerminalSet::open(const OpenRequest& request,
                                  const std::optional<TerminalSession>& near) {
   beginCall();
   std::error_code error;
-  if (!std::filesystem::is_directory(request.folder, error)) {
+  if (!request.folder.starts_with('/') || !std::filesystem::is_directory(request.folder, error)) {
     return {false, LF("폴더가 없어요: %@", {withoutControls(request.folder)})};
   }
   if (request.argv.empty() || request.argv.front().empty()) {

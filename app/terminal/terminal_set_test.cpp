@@ -19,6 +19,7 @@ struct Machine {
   };
   std::map<std::int32_t, Process> processes;
   std::map<std::string, TmuxListing> servers;  ///< by socket, which is "S" and the server's pid
+  std::string socketFolder;
   std::vector<DesktopWindow> windows;
   std::uint64_t active = 0;
   bool reachable = true;
@@ -51,7 +52,7 @@ class FakeTmux : public Tmux {
  public:
   explicit FakeTmux(Machine& machine) : machine_(machine) {}
   std::string serverOf(const Place& place) override {
-    return "S" + std::to_string(place.owner().pid);
+    return machine_.socketFolder + "S" + std::to_string(place.owner().pid);
   }
   TmuxListing list(const std::string& server) override { return machine_.servers[server]; }
   bool select(const std::string& server, const TmuxTarget& target) override {
@@ -230,6 +231,21 @@ TEST_F(TerminalSetTest, AJumpSaysWhatItCouldNotDo) {
   EXPECT_EQ(reason(51, "/dev/p"), "tmux가 대답하지 않아요.");
 }
 
+TEST_F(TerminalSetTest, WhatItAdvisesToPasteIsHarmless) {
+  fill();
+  auto listing = machine.servers["S50"];
+  listing.clients.clear();
+  const auto reasonWith = [&](const char* folder) {
+    machine.socketFolder = folder;
+    machine.servers = {{std::string(folder) + "S50", listing}};
+    return set->jump({51, "/dev/p"}).reason;
+  };
+  EXPECT_THAT(reasonWith("/a  b/"), testing::EndsWith("tmux를 보여 주는 창이 없어요."));
+  EXPECT_THAT(reasonWith("/$(x)\x1b[31m\n/"), testing::EndsWith("tmux를 보여 주는 창이 없어요."));
+  EXPECT_THAT(reasonWith("/$(x) '/"),
+              testing::HasSubstr("tmux -S '/$(x) '\"'\"'/S50' attach -t '$0'"));
+}
+
 TEST_F(TerminalSetTest, OpensWhereTheSessionIsElseAnywhere) {
   fill();
   const test::TemporaryFolder folder;
@@ -245,6 +261,7 @@ TEST_F(TerminalSetTest, OpensWhereTheSessionIsElseAnywhere) {
 }
 
 TEST(Terminal, AClickNeverWaitsForAQuestion) {
+  constexpr auto patience = std::chrono::seconds(30);
   std::promise<void> asked;
   std::promise<void> goOn;
   TerminalParts slow;
@@ -261,9 +278,11 @@ TEST(Terminal, AClickNeverWaitsForAQuestion) {
   Terminal terminal(std::make_unique<TerminalSet>(std::move(slow)),
                     std::make_unique<TerminalSet>(std::move(quick)));
   auto titles = std::async(std::launch::async, [&] { return terminal.titles({{1, "/dev/a"}}); });
-  asked.get_future().wait();
-  EXPECT_FALSE(terminal.jump("/dev/a", 1).ok);
+  EXPECT_EQ(asked.get_future().wait_for(patience), std::future_status::ready);
+  auto jump = std::async(std::launch::async, [&] { return terminal.jump("/dev/a", 1).ok; });
+  EXPECT_EQ(jump.wait_for(patience), std::future_status::ready) << "the click waits";
   goOn.set_value();
+  EXPECT_FALSE(jump.get());
   EXPECT_TRUE(titles.get().empty());
 }
 

@@ -45,12 +45,8 @@ bool Tmux::select(const std::string& server, const TmuxTarget& target) {
 }
 
 bool Tmux::open(const std::string& server, const TmuxPane& pane, const OpenRequest& request) {
-  // More than one word tmux runs as they are; a single one it would hand to a shell.
-  std::vector<std::string> words{"new-window", "-t",           pane.session + ":",
-                                 "-c",         request.folder, "--"};
-  if (request.argv.size() == 1) words.emplace_back("env");
-  words.insert(words.end(), request.argv.begin(), request.argv.end());
-  return askProgram("tmux", onServer(server, std::move(words)), limit).has_value();
+  auto words = tmuxOpenArguments(pane, request.folder, request.argv);
+  return tellProgram("tmux", onServer(server, std::move(words)), limit);
 }
 
 }  // namespace zelvane

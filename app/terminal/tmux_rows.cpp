@@ -18,6 +18,14 @@ constexpr const char* clientFormat =
     "C\t#{client_tty}\t#{client_pid}\t#{session_id}\t#{client_activity}\t#{client_control_mode}\t"
     "#{focus-events}\t#{client_flags}\t#{pane_tty}";
 
+constexpr const char* inFolder = "cd -- \"$1\" && shift && exec \"$@\"";
+
+/// A word that ends in a semicolon would end the command.
+std::string asTmuxWord(std::string word) {
+  if (word.ends_with(';')) word.insert(word.size() - 1, 1, '\\');
+  return word;
+}
+
 bool isId(std::string_view text, char mark) {
   return text.size() > 1 && text.front() == mark &&
          text.find_first_not_of("0123456789", 1) == text.npos;
@@ -56,6 +64,16 @@ std::optional<TmuxClient> parseClient(const std::vector<std::string_view>& row) 
 
 std::vector<std::string> tmuxListArguments() {
   return {"list-panes", "-a", "-F", paneFormat, ";", "list-clients", "-F", clientFormat};
+}
+
+std::vector<std::string> tmuxOpenArguments(const TmuxPane& pane, const std::string& folder,
+                                           const std::vector<std::string>& argv) {
+  // tmux would take a folder (-c) as a format, in which "#(…)" is run, and a single word of a
+  // command as a shell's text. Several words it hands on as they are.
+  std::vector<std::string> words{"new-window", "-t", pane.session + ":", "--", "sh", "-c",
+                                 inFolder,     "sh", asTmuxWord(folder)};
+  std::transform(argv.begin(), argv.end(), std::back_inserter(words), asTmuxWord);
+  return words;
 }
 
 TmuxListing parseTmux(std::string_view output) {

@@ -1,6 +1,6 @@
 #include "app/terminal/tmux_rows.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace zelvane {
 namespace {
@@ -69,6 +69,14 @@ TEST(TmuxRows, ChoosesTheClientThatIsNearest) {
     EXPECT_EQ(target->pane->session, one.session) << one.what;
   }
   EXPECT_FALSE(targetOf({panes, {}}, "r"));
+}
+
+TEST(TmuxRows, NoWordOfAnOpenedWindowActsInTmux) {
+  const auto words =
+      tmuxOpenArguments(pane("p", "$3", true), "/a #(x);", {"sh", "b;", "c\\;", ";"});
+  EXPECT_THAT(words, testing::ElementsAre("new-window", "-t", "$3:", "--", "sh", "-c",
+                                          "cd -- \"$1\" && shift && exec \"$@\"", "sh",
+                                          "/a #(x)\\;", "sh", "b\\;", "c\\\\;", "\\;"));
 }
 
 TEST(TmuxRows, BelievesTheSocketOnlyOfTheServerThatIsThere) {

@@ -22,6 +22,19 @@ std::vector<Place> onePerInstance(const std::vector<Place>& places) {
   return list;
 }
 
+std::vector<std::string> commandLine(const std::vector<std::string>& words) {
+  std::vector<std::string> line{"cli", "--no-auto-start"};
+  line.insert(line.end(), words.begin(), words.end());
+  return line;
+}
+
+/// The variable that names the socket of the instance that the place is in, when it is known.
+std::vector<std::string> socketOf(const Place& place) {
+  const auto socket = place.variable("WEZTERM_UNIX_SOCKET");
+  if (socket.empty()) return {};
+  return {"WEZTERM_UNIX_SOCKET=" + socket};
+}
+
 }  // namespace
 
 std::vector<WezTermPane> weztermPanes(std::string_view output) {
@@ -39,13 +52,10 @@ std::vector<WezTermPane> weztermPanes(std::string_view output) {
   return panes;
 }
 
-std::optional<std::string> WezTermHost::ask(const Place& near, std::vector<std::string> words) {
+std::optional<std::string> WezTermHost::ask(const Place& near,
+                                            const std::vector<std::string>& words) {
   if (silent_) return std::nullopt;
-  words.insert(words.begin(), {"cli", "--no-auto-start"});
-  std::vector<std::string> environment;
-  const auto socket = near.variable("WEZTERM_UNIX_SOCKET");
-  if (!socket.empty()) environment.push_back("WEZTERM_UNIX_SOCKET=" + socket);
-  auto answer = askProgram("wezterm", words, limit, std::move(environment));
+  auto answer = askProgram("wezterm", commandLine(words), limit, socketOf(near));
   silent_ = !answer;
   return answer;
 }
@@ -102,7 +112,7 @@ bool WezTermHost::open(const OpenRequest& request, const Place& near) {
   std::vector<std::string> words{"spawn", "--window-id",  std::to_string(pane->window),
                                  "--cwd", request.folder, "--"};
   words.insert(words.end(), request.argv.begin(), request.argv.end());
-  return ask(near, std::move(words)).has_value();
+  return tellProgram("wezterm", commandLine(words), limit, socketOf(near));
 }
 
 Support WezTermHost::support(const Place& place) {

@@ -36,7 +36,7 @@ class WezTermHost : public TerminalHost {
   Support support(const Place& place) override;
 
  private:
-  std::optional<std::string> ask(const Place& near, std::vector<std::string> words);
+  std::optional<std::string> ask(const Place& near, const std::vector<std::string>& words);
   std::vector<WezTermPane> list(const Place& near);
   std::optional<WezTermPane> paneOf(const Place& place);
 

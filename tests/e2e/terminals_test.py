@@ -16,6 +16,10 @@ import unittest
 from display import Display
 from machine import PROGRAMS, Machine, eventually
 
+# What shells, formats and quoting make something of. Blanks are the probe's own separators.
+HOSTILE_NAMES = ["한글';$(touch${IFS}pwned1)", "#(touch${IFS}pwned2)", "a#S", "a##b", "#{pane_pid}", "50%Y%d",
+                 "back\\slash\\'!x", "`touch${IFS}pwned3`\"", "ends;", "ends\\;", "-x"]
+
 
 class Probe:
     """The probe program: one command a line, one line of JSON back."""
@@ -134,13 +138,15 @@ class TmuxAloneTest(TerminalsTest):
         self.tmux_server("new-session", "-d", "env", command)
         self.addCleanup(self.tmux_server, "kill-server")
         session = self.told(file)
-        command, file = self.script()
-        folder = self.folder / "한글';$(x)"
-        folder.mkdir()
-        self.assertTrue(probe.ask("open", *session, folder, command)[0]["ok"])
-        pid, tty = self.told(file)
-        self.assertNotEqual(tty, session[1])
-        self.assertEqual(os.readlink(f"/proc/{pid}/cwd"), str(folder))
+        for name in HOSTILE_NAMES:
+            command, file = self.script()
+            folder = self.folder / name
+            folder.mkdir()
+            self.assertTrue(probe.ask("open", *session, folder, command)[0]["ok"], name)
+            pid, tty = self.told(file)
+            self.assertNotEqual(tty, session[1])
+            self.assertEqual(os.readlink(f"/proc/{pid}/cwd"), str(folder))
+        self.assertFalse(list(self.folder.rglob("pwned*")) + list(pathlib.Path().glob("pwned*")))
         missing = probe.ask("open", *session, f"{folder}-none", command)[0]
         self.assertFalse(missing["ok"])
         self.assertIn("-none", missing["reason"])
@@ -303,8 +309,7 @@ class WindowsTest(TerminalsTest):
             if not shutil.which(name):
                 print(f"{name} is not installed: left out")
                 continue
-            options = {"kitty": ["-o", "allow_remote_control=socket-only", "-o", "confirm_os_window_close=0",
-                                 "-o", f"listen_on=unix:{self.folder}/kitty"], "konsole": ["-e"]}
+            options = {"kitty": self.kitty_options(), "konsole": ["-e"]}
             command, file, keys = self.listener()
             self.program(name, *options[name], command)
             near = seen(file, keys)
@@ -338,11 +343,14 @@ class WindowsTest(TerminalsTest):
             self.assertIn(front, (session[1], None))
         self.assertEqual([keys.stat().st_size for _, keys in listeners], typed)
 
+    def kitty_options(self):
+        """Those of a kitty that answers."""
+        return ["-o", "allow_remote_control=socket-only", "-o", "confirm_os_window_close=0", "-o",
+                f"listen_on=unix:{self.folder}/kitty"]
+
     def test_kitty(self):
         command, file = self.script("one")
-        socket = f"unix:{self.folder}/kitty"
-        self.program("kitty", "-o", "allow_remote_control=socket-only", "-o", f"listen_on={socket}",
-                     "-o", "confirm_os_window_close=0", command)
+        self.program("kitty", *self.kitty_options(), command)
         one = self.told(file)
         two = self.second_tab(one, "두 번째")
         self.probe.sessions(one, two)
@@ -462,6 +470,25 @@ class WindowsTest(TerminalsTest):
             self.assertEqual(self.probe.jump(session), {"ok": True, "reason": ""})
         self.times(self.probe, "Tilix from and to xterm", one, three)
 
+    def test_names_of_folders_are_only_names(self):
+        self.bus()
+        for name, options in (("kitty", self.kitty_options()), ("konsole", ["-e"]),
+                              ("gnome-terminal", ["--"]), ("tilix", ["-e"])):
+            if not shutil.which(name):
+                print(f"{name} is not installed: left out")
+                continue
+            command, file = self.script()
+            self.program(name, *options, command)
+            near = self.told(file)
+            for hostile in HOSTILE_NAMES:
+                with self.subTest(terminal=name, folder=hostile):
+                    folder = self.folder / hostile
+                    folder.mkdir(exist_ok=True)
+                    command, file = self.script()
+                    self.assertTrue(self.probe.ask("open", *near, folder, command)[0]["ok"])
+                    self.assertEqual(os.readlink(f"/proc/{self.told(file)[0]}/cwd"), str(folder))
+        self.assertFalse(list(self.folder.rglob("pwned*")) + list(pathlib.Path().glob("pwned*")))
+
     def test_nothing_is_started_by_asking(self):
         self.bus()
         one = self.xterm(title="one")
@@ -491,6 +518,28 @@ class WindowsTest(TerminalsTest):
         answer, _ = self.probe.ask("open", 0, "-", self.folder, command)
         self.assertTrue(answer["ok"], answer)
         self.told(file)
+
+    def test_the_display_hangs(self):
+        one = self.xterm(title="one")
+        known, unknown = self.probe, Probe(self.machine, DISPLAY=self.display.name)
+        self.addCleanup(unknown.close)
+        for probe in (known, unknown):
+            probe.sessions(one)
+        eventually(lambda: known.titles() == {one[1]: "one"}, what="the title")
+        server = next(child for child in self.machine._children if "Xvfb" in child.args)
+        server.send_signal(signal.SIGSTOP)
+        self.addCleanup(server.send_signal, signal.SIGCONT)
+        for probe in (known, unknown):
+            for limit in (1500, 300):
+                titles, ms = probe.ask("titles")
+                self.assertEqual(titles, {})
+                self.assertLess(ms, limit, "it is waited for once")
+            answer, ms = probe.ask("jump", *one)
+            self.assertFalse(answer["ok"])
+            self.assertLess(ms, 1500)
+        server.send_signal(signal.SIGCONT)
+        for probe in (known, unknown):
+            eventually(lambda p=probe: p.jump(one)["ok"], what="it answers again")
 
     def test_the_display_goes_away(self):
         one = self.xterm(title="one")

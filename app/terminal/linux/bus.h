@@ -53,6 +53,8 @@ class Bus {
 
   /// Lets those be asked again that did not answer.
   void forgive();
+  /// Whether the name did not answer in time since `forgive`.
+  bool isSilent(const std::string& name) const { return silent_.contains(name); }
   /// Whether the name has an owner now.
   bool hasOwner(const std::string& name);
 

@@ -35,16 +35,18 @@ BusObject mainWindow(const std::string& service, std::int32_t window, const char
   return {service, "/konsole/MainWindow_" + std::to_string(window), interface};
 }
 
-/// What is typed into a shell: a control character would act there.
+}  // namespace
+
 bool canBeTyped(const OpenRequest& request) {
+  // Quoted alike in every shell, but for these: some take a backslash or an exclamation mark for
+  // more than itself even between single quotes, and then find the end of the quotes elsewhere.
   const auto isPlain = [](const std::string& text) {
     const auto all = scalars(text);
-    return isUtf8(text) && std::none_of(all.begin(), all.end(), isControl);
+    return isUtf8(text) && text.find_first_of("\\!") == text.npos &&
+           std::none_of(all.begin(), all.end(), isControl);
   };
   return isPlain(request.folder) && std::all_of(request.argv.begin(), request.argv.end(), isPlain);
 }
-
-}  // namespace
 
 std::vector<std::int32_t> childNumbers(std::string_view introspection, std::string_view prefix) {
   std::vector<std::int32_t> numbers;
@@ -170,9 +172,12 @@ bool KonsoleHost::open(const OpenRequest& request, const Place& near) {
   const std::vector<std::string> standardProfile{"", request.folder};
   const auto session = bus_->call(window, "newSession", standardProfile).number();
   if (!session) return false;
-  (void)bus_->call(window, "setCurrentSession", static_cast<std::int32_t>(*session));
   const std::vector<std::string> typed{shellCommand(request.folder, request.argv)};
-  return static_cast<bool>(bus_->call(sessionObject(service, *session), "runCommand", typed));
+  // Unanswered, it may still be on its way.
+  const bool told =
+      bus_->call(sessionObject(service, *session), "runCommand", typed) || bus_->isSilent(service);
+  (void)bus_->call(window, "setCurrentSession", static_cast<std::int32_t>(*session));
+  return told;
 }
 
 Support KonsoleHost::support(const Place& place) {

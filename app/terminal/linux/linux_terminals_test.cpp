@@ -18,6 +18,15 @@ TEST(Konsole, CountsTheChildrenOfABusObject) {
   EXPECT_TRUE(childNumbers("", "").empty());
 }
 
+TEST(Konsole, TypesOnlyWhatEveryShellQuotesAlike) {
+  EXPECT_TRUE(canBeTyped({"/한글 a';$(x)`y`\"#%*~", {"sh", "-c", "claude; exec sh"}}));
+  for (const char* text :
+       {"/a\\", "/a\\'b", "/a!b", "/a\nb", "/a\x1b[31m", "/a\x7f", "/\xc2\x9b", "/\xff"}) {
+    EXPECT_FALSE(canBeTyped({text, {"sh"}})) << text;
+    EXPECT_FALSE(canBeTyped({"/a", {"sh", text}})) << text;
+  }
+}
+
 TEST(Sway, FindsWindowsAnywhereInTheTree) {
   const auto tree = parseJson(R"({"id":1,"type":"root","nodes":[
     {"id":2,"nodes":[{"id":5,"pid":50,"name":"a\u0007","focused":false,"nodes":[]},

@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <csignal>
 #include <poll.h>
+#include <system_error>
+#include <thread>
+
+#include "core/paths.h"
 
 #include "app/terminal/linux/loaded_library.h"
 
@@ -56,32 +60,65 @@ const Xcb& xcb() {
   return functions;
 }
 
+/// The library has no limit of its own for this. A thread that waits for a server that hangs is
+/// left alone: what it gets in the end nobody may want any more, and is closed then.
+std::future<X11Greeting> greetingOf(const std::string& display) {
+  std::packaged_task<X11Greeting()> task([display] {
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_BLOCK, &all, nullptr);
+    X11Greeting greeting;
+    greeting.connection.reset(xcb().connect(display.c_str(), &greeting.screen));
+    return greeting;
+  });
+  auto greeting = task.get_future();
+  try {
+    std::thread(std::move(task)).detach();
+  } catch (const std::system_error&) {
+    return {};
+  }
+  return greeting;
+}
+
 }  // namespace
 
-X11Connection::~X11Connection() { close(); }
-
-void X11Connection::close() {
-  if (connection_) xcb().disconnect(connection_);
-  connection_ = nullptr;
+void ClosingConnection::operator()(xcb_connection_t* connection) const {
+  xcb().disconnect(connection);
 }
 
 bool X11Connection::open() {
-  if (!xcb().whole) return false;
-  silent_ = false;
-  if (connection_) {
-    while (const OwnedReply<xcb_generic_event_t> event{xcb().pollForEvent(connection_)}) {
+  if (connection_ && !silent_) {
+    while (const OwnedReply<xcb_generic_event_t> event{xcb().pollForEvent(raw())}) {
     }
-    if (xcb().hasError(connection_) == 0) return true;
-    close();
+    if (xcb().hasError(raw()) == 0) return true;
   }
-  int screen = 0;
-  connection_ = xcb().connect(nullptr, &screen);
-  if (xcb().hasError(connection_) != 0) {
-    close();
+  // Not used on after a silence: what is asked of a server that hangs piles up until writing waits.
+  connection_.reset();
+  return connect();
+}
+
+bool X11Connection::connect() {
+  if (!coming_.valid()) {
+    const auto display = ZelvanePaths::env("DISPLAY");
+    if (!display || !xcb().whole) return false;
+    coming_ = greetingOf(*display);
+    if (!coming_.valid()) return false;
+  }
+  // Who was silent a moment ago is not waited for again.
+  if (coming_.wait_for(silent_ ? std::chrono::milliseconds(0) : longestWait) !=
+      std::future_status::ready) {
+    silent_ = true;
     return false;
   }
-  auto screens = xcb().roots(xcb().setup(connection_));
-  while (screen-- > 0 && screens.rem > 1) xcb().nextScreen(&screens);
+  silent_ = false;
+  auto greeting = coming_.get();
+  connection_ = std::move(greeting.connection);
+  if (xcb().hasError(raw()) != 0) {
+    connection_.reset();
+    return false;
+  }
+  auto screens = xcb().roots(xcb().setup(raw()));
+  while (greeting.screen-- > 0 && screens.rem > 1) xcb().nextScreen(&screens);
   root_ = screens.data->root;
   return internAtoms();
 }
@@ -93,12 +130,12 @@ bool X11Connection::internAtoms() {
   std::array<unsigned, xAtomCount> questions{};
   for (std::size_t i = 0; i < xAtomCount; ++i) {
     const auto length = static_cast<std::uint16_t>(names[i].size());
-    questions[i] = xcb().internAtom(connection_, 0, length, names[i].data()).sequence;
+    questions[i] = xcb().internAtom(raw(), 0, length, names[i].data()).sequence;
   }
   for (std::size_t i = 0; i < xAtomCount; ++i) {
     const auto answer = reply(questions[i]);
     if (!answer) {
-      close();
+      connection_.reset();
       return false;
     }
     atoms_[i] = static_cast<const xcb_intern_atom_reply_t*>(answer.get())->atom;
@@ -110,25 +147,23 @@ unsigned X11Connection::ask(xcb_window_t window, XAtom property) {
   if (!connection_) return 0;
   constexpr std::uint32_t longest = 16384;  // in units of four bytes
   const auto atom = atoms_[static_cast<std::size_t>(property)];
-  return xcb()
-      .getProperty(connection_, 0, window, atom, XCB_GET_PROPERTY_TYPE_ANY, 0, longest)
-      .sequence;
+  return xcb().getProperty(raw(), 0, window, atom, XCB_GET_PROPERTY_TYPE_ANY, 0, longest).sequence;
 }
 
 OwnedReply<void> X11Connection::reply(unsigned question) {
   const auto deadline = SteadyClock::now() + longestWait;
   if (!connection_ || question == 0 || silent_) return nullptr;
-  xcb().flush(connection_);
+  xcb().flush(raw());
   while (true) {
     void* answer = nullptr;
     xcb_generic_error_t* error = nullptr;
-    const bool arrived = xcb().pollForReply(connection_, question, &answer, &error) != 0;
+    const bool arrived = xcb().pollForReply(raw(), question, &answer, &error) != 0;
     const OwnedReply<void> dropped(error);
-    if (arrived || xcb().hasError(connection_) != 0) return OwnedReply<void>(answer);
+    if (arrived || xcb().hasError(raw()) != 0) return OwnedReply<void>(answer);
     const auto left =
         std::chrono::ceil<std::chrono::milliseconds>(deadline - SteadyClock::now()).count();
     if (left <= 0) break;
-    pollfd readable{xcb().descriptor(connection_), POLLIN, 0};
+    pollfd readable{xcb().descriptor(raw()), POLLIN, 0};
     poll(&readable, 1, static_cast<int>(left));
   }
   silent_ = true;
@@ -164,10 +199,10 @@ void X11Connection::tellManager(xcb_window_t window, XAtom what,
   event.window = window;
   event.type = atoms_[static_cast<std::size_t>(what)];
   std::copy(data.begin(), data.end(), event.data.data32);
-  xcb().sendEvent(connection_, 0, root_,
+  xcb().sendEvent(raw(), 0, root_,
                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                   reinterpret_cast<const char*>(&event));
-  xcb().flush(connection_);
+  xcb().flush(raw());
 }
 
 BrokenPipeIgnored::BrokenPipeIgnored() {
