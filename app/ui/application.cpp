@@ -122,7 +122,9 @@ int AppDelegate::run() {
 ColumnView::Options AppDelegate::viewOptions() const {
   return {.maxHeight = pictureMaxHeight,
           .dark = options_.dark || darkPalette(),
-          .liveClock = !qEnvironmentVariableIsSet("ZELVANE_NOCLOCK")};
+          .liveClock = !qEnvironmentVariableIsSet("ZELVANE_NOCLOCK"),
+          .still = options_.renderPath.has_value(),
+          .defaults = standardDefaults()};
 }
 
 int AppDelegate::renderAndExit(const std::string& path) {

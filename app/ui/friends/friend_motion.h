@@ -16,6 +16,16 @@ namespace zelvane {
 /// An even choice in [0, 1).
 using Chance = std::function<double()>;
 
+/// Which character is shown, and how.
+struct FriendLook {
+  std::int64_t index = 0;  ///< of the character; an unknown one leaves its place empty
+  ZelvaneState state = ZelvaneState::idle;
+  bool big = false;    ///< drawn with the larger cells
+  bool dim = false;    ///< at half opacity
+  bool still = false;  ///< shown without any movement
+  bool operator==(const FriendLook&) const = default;
+};
+
 /// What is shown from a moment on.
 struct KeyFrame {
   Seconds at{0};

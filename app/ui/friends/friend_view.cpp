@@ -23,7 +23,7 @@ double snapped(double points, double ratio) { return std::round(points * ratio) 
 FriendView::FriendView(QWidget& host, AnimationDriver& driver, Chance chance)
     : Sprite(host, driver), chance_(std::move(chance)) {}
 
-void FriendView::configure(const Look& look, const QRect& place) {
+void FriendView::configure(const FriendLook& look, const QRect& place) {
   const bool anew = look_ != look || place_.size() != place.size();
   place_ = place;
   if (!anew) return;

@@ -10,19 +10,10 @@ namespace zelvane {
 
 class FriendView : public Sprite {
  public:
-  struct Look {
-    std::int64_t index = 0;  ///< of the character; an unknown one leaves its place empty
-    ZelvaneState state = ZelvaneState::idle;
-    bool big = false;    ///< drawn with the larger cells
-    bool dim = false;    ///< at half opacity
-    bool still = false;  ///< shown without any movement
-    bool operator==(const Look&) const = default;
-  };
-
   FriendView(QWidget& host, AnimationDriver& driver, Chance chance);
 
   /// Shows the look at the place; begins the movement anew only when the look changed.
-  void configure(const Look& look, const QRect& place);
+  void configure(const FriendLook& look, const QRect& place);
 
   std::optional<Seconds> due() const override;
   void advance(Seconds now) override;
@@ -35,7 +26,7 @@ class FriendView : public Sprite {
   FriendMotion motionOfLook() const;
 
   Chance chance_;
-  std::optional<Look> look_;
+  std::optional<FriendLook> look_;
   QRect place_;
   FriendMotion motion_;
   Seconds start_{0};

@@ -14,7 +14,7 @@ RainMode laidOut(RainMode mode, bool still) {
 
 }  // namespace
 
-void CodeRain::configure(const Look& look, const QRect& place) {
+void CodeRain::configure(const RainLook& look, const QRect& place) {
   if (look == look_ && place == place_) return;
   const bool anew = look.mode != look_.mode || look.seed != look_.seed || look.still != look_.still;
   look_ = look;

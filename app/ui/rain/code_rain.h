@@ -3,25 +3,15 @@
 
 #include "app/ui/motion/sprite.h"
 #include "app/ui/rain/rain_model.h"
-#include "app/ui/theme.h"
 
 namespace zelvane {
 
 class CodeRain : public Sprite {
  public:
-  struct Look {
-    Rgb color;
-    Rgb waitColor;  ///< of the blinking dot
-    RainMode mode = RainMode::frozen;
-    std::uint64_t seed = 1;
-    bool still = false;  ///< the pattern alone, without any movement
-    bool operator==(const Look&) const = default;
-  };
-
   using Sprite::Sprite;
 
   /// Shows the look at the place, a square; the pattern begins anew only when mode or seed changed.
-  void configure(const Look& look, const QRect& place);
+  void configure(const RainLook& look, const QRect& place);
 
   std::optional<Seconds> due() const override;
   void advance(Seconds now) override;
@@ -33,7 +23,7 @@ class CodeRain : public Sprite {
  private:
   std::optional<Seconds> period() const;
 
-  Look look_;
+  RainLook look_;
   RainModel model_{1, RainMode::frozen};
   QRect place_;
   Seconds shown_{0};

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "app/model/records/session.h"
+#include "app/ui/theme.h"
 
 namespace zelvane {
 
@@ -16,6 +17,16 @@ namespace zelvane {
 enum class RainMode { working, agents, waiting, frozen };
 
 RainMode rainMode(ZelvaneState state);
+
+/// How a tile is shown.
+struct RainLook {
+  Rgb color;
+  Rgb waitColor;  ///< of the blinking dot
+  RainMode mode = RainMode::frozen;
+  std::uint64_t seed = 1;
+  bool still = false;  ///< the pattern alone, without any movement
+  bool operator==(const RainLook&) const = default;
+};
 
 struct RainModel {
   static constexpr int side = 6;
