@@ -39,6 +39,11 @@ void TerminalButton::paintEvent(QPaintEvent*) {
   painter.drawText(rect(), Qt::AlignCenter, look_.compact ? QStringLiteral("T") : text());
 }
 
+/// A disabled button of the toolkit swallows clicks; here they are for the row.
+bool TerminalButton::event(QEvent* event) {
+  return isEnabled() ? QAbstractButton::event(event) : QWidget::event(event);
+}
+
 bool TerminalButton::hitButton(const QPoint& point) const {
   if (rowSize_ == RowSize::big) return rect().contains(point);
   return rect().contains(point) && outsideCharacter(point, width());

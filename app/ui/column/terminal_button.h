@@ -16,6 +16,7 @@ class TerminalButton : public QAbstractButton {
 
  protected:
   void paintEvent(QPaintEvent*) override;
+  bool event(QEvent* event) override;
   bool hitButton(const QPoint& point) const override;
 
  private:
