@@ -59,12 +59,8 @@ ColumnView::ColumnView(std::shared_ptr<ZelvaneStore> store,
 
 ThemeSpec ColumnView::theme() const { return ThemeSpec::of(store_->theme(), options_.dark); }
 
-void ColumnView::setDark(bool dark) {
+void ColumnView::setAppearance(bool dark, bool still) {
   options_.dark = dark;
-  refresh();
-}
-
-void ColumnView::setStill(bool still) {
   options_.still = still;
   refresh();
 }

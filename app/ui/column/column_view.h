@@ -39,8 +39,8 @@ class ColumnView : public QWidget {
   ColumnView(std::shared_ptr<ZelvaneStore> store, std::shared_ptr<ConnectionController> connection,
              const PanelSize& panelSize, Options options, Callbacks callbacks);
 
-  void setDark(bool dark);
-  void setStill(bool still);
+  /// As the options of the same names.
+  void setAppearance(bool dark, bool still);
   void setMaxHeight(int maxHeight);
   /// The height that the whole content wants.
   int contentHeight() const { return contentHeight_; }

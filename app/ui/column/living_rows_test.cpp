@@ -79,10 +79,10 @@ TEST(LivingRows, SleepWhileNobodySeesThem) {
   column.panel.show();
   awaitMotion(column);
 
-  column.view->setStill(true);
+  column.view->setAppearance(/*dark=*/false, /*still=*/true);
   EXPECT_LE(wakesInAMinute(column), 2U) << "the desktop wants nothing to move";
   EXPECT_EQ(wakesInAMinute(column), 0U);
-  column.view->setStill(false);
+  column.view->setAppearance(/*dark=*/false, /*still=*/false);
   awaitMotion(column);
   rows[0].state = State::done;
   column.store->showSamples(rows);
@@ -119,7 +119,7 @@ TEST(LivingRows, GoOnWhereTheyAreWhenRowsChange) {
 TEST(LivingRows, ACharacterLiesInItsFrame) {
   const auto rows = rowsOf({State::waiting, State::working});
   Column column(rows);
-  column.view->setStill(true);
+  column.view->setAppearance(/*dark=*/false, /*still=*/true);
   struct Case {
     Pose pose;
     bool big;
