@@ -21,12 +21,15 @@ QVariant unwrapped(QVariant value) {
   return value;
 }
 
-std::optional<bool> darkFrom(const QDBusMessage& reply) {
-  if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
-    return std::nullopt;
-  }
+/// What the portal answered; invalid when it did not, or does not know the key.
+QVariant answerIn(const QDBusMessage& reply) {
+  if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) return {};
+  return unwrapped(reply.arguments().first());
+}
+
+std::optional<bool> darkFrom(const QVariant& answer) {
   enum ColorScheme : uint { none, dark, light };
-  const uint scheme = unwrapped(reply.arguments().first()).toUInt();
+  const uint scheme = answer.toUInt();
   if (scheme != dark && scheme != light) return std::nullopt;
   return scheme == dark;
 }
@@ -35,8 +38,8 @@ std::optional<bool> darkFrom(const QDBusMessage& reply) {
 
 bool darkPalette() { return QApplication::palette().color(QPalette::Window).lightness() < 128; }
 
-Appearance::Appearance(std::function<void(bool dark)> changed)
-    : changed_(std::move(changed)), dark_(darkPalette()) {
+Appearance::Appearance(std::function<void(Wishes)> changed)
+    : changed_(std::move(changed)), wishes_{.dark = darkPalette()} {
   qApp->installEventFilter(this);
   ask_.setSingleShot(true);
   connect(&ask_, &QTimer::timeout, this, &Appearance::askPortal);
@@ -46,23 +49,35 @@ Appearance::Appearance(std::function<void(bool dark)> changed)
 }
 
 void Appearance::askPortal() {
+  ask("org.freedesktop.appearance", "color-scheme",
+      [this](const QDBusMessage& reply) { portalDark_ = darkFrom(answerIn(reply)); });
+  ask("org.freedesktop.appearance", "reduced-motion",
+      [this](const QDBusMessage& reply) { portalReduced_ = answerIn(reply).toUInt() == 1; });
+  ask("org.gnome.desktop.interface", "enable-animations", [this](const QDBusMessage& reply) {
+    const QVariant answer = answerIn(reply);
+    animationsOff_ = answer.typeId() == QMetaType::Bool && !answer.toBool();
+  });
+}
+
+void Appearance::ask(const char* group, const char* key,
+                     std::function<void(const QDBusMessage&)> answered) {
   auto question = QDBusMessage::createMethodCall(service, path, interface, "Read");
-  question.setArguments(
-      {QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme")});
+  question.setArguments({QString::fromLatin1(group), QString::fromLatin1(key)});
   constexpr int patienceInMilliseconds = 500;
   const auto call = QDBusConnection::sessionBus().asyncCall(question, patienceInMilliseconds);
   auto* watcher = new QDBusPendingCallWatcher(call, this);
   connect(watcher, &QDBusPendingCallWatcher::finished, this,
-          [this](QDBusPendingCallWatcher* finished) {
+          [this, answered = std::move(answered)](QDBusPendingCallWatcher* finished) {
             finished->deleteLater();
-            portalDark_ = darkFrom(finished->reply());
+            answered(finished->reply());
             decide();
           });
 }
 
 void Appearance::decide() {
-  const bool dark = portalDark_.value_or(darkPalette());
-  if (std::exchange(dark_, dark) != dark) changed_(dark);
+  const Wishes wishes{.dark = portalDark_.value_or(darkPalette()),
+                      .reducedMotion = animationsOff_ || portalReduced_};
+  if (std::exchange(wishes_, wishes) != wishes) changed_(wishes);
 }
 
 bool Appearance::eventFilter(QObject* watched, QEvent* event) {

@@ -1,34 +1,47 @@
-// Whether the desktop wants dark or light colours. Main thread.
+// How the desktop wants its programs to look: dark or light, moving or still. Main thread.
 #pragma once
 
 #include <QtCore/QObject>
+#include <QtCore/QString>
 #include <QtCore/QTimer>
 #include <functional>
 #include <optional>
+
+class QDBusMessage;
 
 namespace zelvane {
 
 /// Dark when the application's own palette is.
 bool darkPalette();
 
-/// Follows the desktop's wish: what its portal says, or the palette when it says nothing.
+/// Follows the desktop's wishes: what its portal says. When it says nothing, the palette tells
+/// whether it is dark, and things move.
 class Appearance : public QObject {
  public:
-  /// Calls `changed` when the answer changes; the portal's first answer comes that way, too.
-  explicit Appearance(std::function<void(bool dark)> changed);
+  struct Wishes {
+    bool dark = false;
+    bool reducedMotion = false;
+    bool operator==(const Wishes&) const = default;
+  };
 
-  bool dark() const { return dark_; }
+  /// Calls `changed` when the answer changes; the portal's first answers come that way, too.
+  explicit Appearance(std::function<void(Wishes)> changed);
+
+  Wishes wishes() const { return wishes_; }
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void askPortal();
+  void ask(const char* group, const char* key, std::function<void(const QDBusMessage&)> answered);
   void decide();
 
-  std::function<void(bool)> changed_;
+  std::function<void(Wishes)> changed_;
   std::optional<bool> portalDark_;
-  bool dark_;
+  bool animationsOff_ = false;  ///< by the switch of desktops that share GNOME's settings
+  bool portalReduced_ = false;  ///< by the portal's own
+  Wishes wishes_;
   QTimer ask_;  ///< its `start` slot is what the portal's signal calls
 };
 

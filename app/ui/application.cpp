@@ -2,6 +2,7 @@
 
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMenu>
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <thread>
@@ -124,7 +125,9 @@ int AppDelegate::run() {
 ColumnView::Options AppDelegate::viewOptions() const {
   return {.maxHeight = pictureMaxHeight,
           .dark = options_.dark || darkPalette(),
-          .liveClock = !qEnvironmentVariableIsSet("ZELVANE_NOCLOCK")};
+          .liveClock = !qEnvironmentVariableIsSet("ZELVANE_NOCLOCK"),
+          .still = options_.renderPath.has_value(),
+          .defaults = standardDefaults()};
 }
 
 int AppDelegate::renderAndExit(const std::string& path) {
@@ -148,9 +151,11 @@ int AppDelegate::renderAndExit(const std::string& path) {
 void AppDelegate::openPanel() {
   panel_ = std::make_unique<ColumnPanel>(panelSize_,
                                          [this](bool visible) { store_->setVisible(visible); });
-  appearance_ = std::make_unique<Appearance>([this](bool dark) { view_->setDark(dark); });
+  appearance_ = std::make_unique<Appearance>([this](Appearance::Wishes wishes) {
+    view_->setAppearance(wishes.dark, wishes.reducedMotion);
+  });
   auto options = viewOptions();
-  options.dark = appearance_->dark();
+  options.dark = appearance_->wishes().dark;
   const auto screen = usableScreen();
   if (screen) options.maxHeight = availableHeight(*screen);
   view_ = new ColumnView(store_, connection_, panelSize_, std::move(options),
@@ -176,8 +181,10 @@ void AppDelegate::storeChanged(ZelvaneStore::Change change) {
   using Change = ZelvaneStore::Change;
   if (change == Change::passed) panel_->lookAround();
   if (change == Change::passed || change == Change::sessions || change == Change::visible) {
-    // Seen or not: being covered is what the look finds out.
-    panel_->setLooksOften(clockNeeded(true, store_->sessions()));
+    // As long as anything moves, seen or not: being covered is what the look finds out.
+    const auto& rows = store_->sessions();
+    panel_->setLooksOften(
+        std::any_of(rows.begin(), rows.end(), [](const auto& row) { return row.ongoing(); }));
   }
 }
 

@@ -17,6 +17,7 @@ namespace zelvane {
 namespace {
 
 constexpr int problemPixels = 11, problemPadding = 14;
+constexpr auto learnedKey = "terminalButtonLearned";
 
 }  // namespace
 
@@ -28,13 +29,16 @@ ColumnView::ColumnView(std::shared_ptr<ZelvaneStore> store,
       panelSize_(panelSize),
       options_(std::move(options)),
       callbacks_(std::move(callbacks)),
+      terminalButtonLearned_(options_.defaults->value(learnedKey) == Json(true)),
       header_(this, callbacks_.menuWanted),
       connectionCard_(this, [this](CardAction action, bool ticked) { chosen(action, ticked); }),
       restoreCard_(this, [this](CardAction action, bool ticked) { chosen(action, ticked); }),
       scroll_(this),
-      rows_(new RowsBlock(nullptr, {.tapped = [this](const auto& session) { tapped(session); },
-                                    .menuWanted = [this](const auto& session,
-                                                         QPoint p) { showRowMenu(session, p); }})),
+      rows_(new RowsBlock(
+          nullptr, *options_.stage,
+          {.tapped = [this](const auto& session) { tapped(session); },
+           .menuWanted = [this](const auto& session, QPoint p) { showRowMenu(session, p); },
+           .openWanted = [this](const auto& session) { openTerminal(session); }})),
       ticker_([this] { rows_->showTimes(options_.clock()); }) {
   scroll_.setFrameShape(QFrame::NoFrame);
   scroll_.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -55,8 +59,9 @@ ColumnView::ColumnView(std::shared_ptr<ZelvaneStore> store,
 
 ThemeSpec ColumnView::theme() const { return ThemeSpec::of(store_->theme(), options_.dark); }
 
-void ColumnView::setDark(bool dark) {
+void ColumnView::setAppearance(bool dark, bool still) {
   options_.dark = dark;
+  options_.still = still;
   refresh();
 }
 
@@ -81,6 +86,7 @@ void ColumnView::storeChanged(ZelvaneStore::Change change) {
       break;
     case Change::visible:
       ticker_.setRunning(options_.liveClock && store_->clockNeeded());
+      options_.stage->driver.setRunning(store_->visible());
       if (store_->visible()) refresh();
       break;
     default:
@@ -93,10 +99,14 @@ void ColumnView::refresh() {
   const auto& sessions = store_->sessions();
   header_.setTexts(headerTexts(sessions), colors);
   showCards();
-  rows_->setPlan(
-      columnPlan(sessions, expanded_,
-                 {.theme = colors, .now = options_.clock(), .liveClock = options_.liveClock}),
-      colors, width());
+  rows_->setPlan(columnPlan(sessions, expanded_,
+                            {.theme = colors,
+                             .now = options_.clock(),
+                             .liveClock = options_.liveClock,
+                             .still = options_.still,
+                             .terminalButtonLearned = terminalButtonLearned_,
+                             .family = &Family::all()}),
+                 colors, width());
   ticker_.setRunning(options_.liveClock && store_->clockNeeded());
   place();
   update();
@@ -209,6 +219,14 @@ void ColumnView::tapped(const ZelvaneSession& session) {
     expanded_ = session.id;
   }
   refresh();
+}
+
+void ColumnView::openTerminal(const ZelvaneSession& session) {
+  if (!std::exchange(terminalButtonLearned_, true)) {
+    if (!store_->readOnly()) options_.defaults->set(learnedKey, true);
+    refresh();
+  }
+  store_->open(session);
 }
 
 void ColumnView::showRowMenu(const ZelvaneSession& session, QPoint point) {

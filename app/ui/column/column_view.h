@@ -26,6 +26,10 @@ class ColumnView : public QWidget {
     int maxHeight = 0;      ///< of the whole column on the present screen
     bool dark = false;      ///< the system's appearance
     bool liveClock = true;  ///< working times run by the second
+    bool still = false;     ///< characters and tiles do not move
+    std::shared_ptr<Stage> stage = liveStage();
+    /// Whether the user knows the terminal buttons is kept here.
+    std::shared_ptr<UserDefaults> defaults = std::make_shared<MemoryDefaults>();
   };
   struct Callbacks {
     std::function<void(int)> onHeight;       ///< the content's height changed
@@ -35,7 +39,8 @@ class ColumnView : public QWidget {
   ColumnView(std::shared_ptr<ZelvaneStore> store, std::shared_ptr<ConnectionController> connection,
              const PanelSize& panelSize, Options options, Callbacks callbacks);
 
-  void setDark(bool dark);
+  /// As the options of the same names.
+  void setAppearance(bool dark, bool still);
   void setMaxHeight(int maxHeight);
   /// The height that the whole content wants.
   int contentHeight() const { return contentHeight_; }
@@ -50,6 +55,7 @@ class ColumnView : public QWidget {
  private:
   void storeChanged(ZelvaneStore::Change change);
   void tapped(const ZelvaneSession& session);
+  void openTerminal(const ZelvaneSession& session);
   void showRowMenu(const ZelvaneSession& session, QPoint point);
   void place();
   void reportHeight();
@@ -65,6 +71,7 @@ class ColumnView : public QWidget {
   Options options_;
   Callbacks callbacks_;
   std::optional<std::string> expanded_;  ///< id of the row that the user opened
+  bool terminalButtonLearned_;
   int contentHeight_ = 0;
 
   Header header_;

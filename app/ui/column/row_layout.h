@@ -24,6 +24,8 @@ struct RowLayout {
   int height = 0;
   std::vector<PlacedText> texts;  ///< without the time
   QRect character;                ///< the place of the row's character
+  QRect tile;                     ///< of code rain; empty where the title needs the room
+  QRect terminalButton;
   PlacedText time;
   QRect noteSymbol;  ///< empty without a memo, and in a big row
   QRect memoGround;  ///< of a big row's memo

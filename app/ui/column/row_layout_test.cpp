@@ -3,6 +3,8 @@
 #include <QtGui/QFontMetricsF>
 #include <gtest/gtest.h>
 
+#include "app/ui/column/terminal_button.h"
+
 namespace zelvane {
 namespace {
 
@@ -49,7 +51,8 @@ TEST(RowLayout, NothingOverlapsWhateverTheTexts) {
           EXPECT_LE(QFontMetricsF(placed.font).horizontalAdvance(placed.text),
                     placed.box.width() + 1);
         }
-        for (const QRect& box : {layout.time.box, layout.noteSymbol, layout.progressTrack}) {
+        for (const QRect& box :
+             {layout.time.box, layout.noteSymbol, layout.progressTrack, layout.tile}) {
           if (!box.isEmpty()) boxes.push_back(box);
         }
         for (std::size_t i = 0; i < boxes.size(); ++i) {
@@ -69,6 +72,45 @@ TEST(RowLayout, LongTextsAreCutAndTheTimeStaysWhole) {
   const auto layout = rowLayout(rowView(session, {.now = timeAt(3605)}), 280);
   EXPECT_TRUE(layout.texts.front().text.endsWith(QChar(0x2026)));
   EXPECT_EQ(layout.time.text, "1:00:05");
+}
+
+TEST(RowLayout, ATileMakesWayForATitleThatWouldBeCut) {
+  struct Case {
+    int width, titleLength;
+    bool pinned, tile;
+  };
+  // A syllable is as wide as the font is high: 13 in a small row, 15 in a big one.
+  const Case cases[]{
+      {280, 8, false, true}, {280, 11, false, false}, {380, 30, false, true},
+      {280, 5, true, true},  {280, 9, true, false},   {380, 30, true, true},
+  };
+  for (const auto& [width, titleLength, pinned, tile] : cases) {
+    ZelvaneSession session;
+    session.title = repeated("글", titleLength);
+    session.state = ZelvaneState::working;
+    session.since = timeAt(0);
+    session.pinned = pinned;
+    const auto layout = rowLayout(rowView(session, {.now = timeAt(60)}), width);
+    EXPECT_EQ(!layout.tile.isEmpty(), tile) << width << " " << titleLength;
+    if (!tile) continue;
+    EXPECT_EQ(layout.tile.width(), pinned ? 40 : 20);
+    EXPECT_EQ(layout.tile.right() + 1, pinned ? width - 14 : width - 14 - 52 - 8);
+  }
+}
+
+TEST(RowLayout, TheCompactButtonLiesOutsideOfTheCharacter) {
+  const auto layout = rowLayout(rowView(fullSession("x"), {.now = timeAt(60)}), 300);
+  const QRect button = layout.terminalButton;
+  EXPECT_EQ(button.topLeft(), QPoint(3, 3));
+  int area = 0;
+  for (int x = 0; x < button.width(); ++x) {
+    for (int y = 0; y < button.height(); ++y) {
+      if (!outsideCharacter({x, y}, button.width())) continue;
+      ++area;
+      EXPECT_FALSE(layout.character.contains(button.topLeft() + QPoint(x, y))) << x << " " << y;
+    }
+  }
+  EXPECT_EQ(area, 14 * 4 + 9 * 10);
 }
 
 /// A running clock must not move what stands beside it.

@@ -19,20 +19,37 @@ bool isPast(const ZelvaneSession& session) {
   return session.state == ZelvaneState::idle && !session.today;
 }
 
-StateDot stateDot(ZelvaneState state, const ThemeSpec& theme) {
-  switch (state) {
-    case ZelvaneState::waiting:
-      return {theme.wait};
-    case ZelvaneState::working:
-      return {theme.fg};
-    case ZelvaneState::agents:
-      return {theme.sub};
-    case ZelvaneState::done:
-      return {theme.done};
-    case ZelvaneState::idle:
-      break;
-  }
-  return {theme.sub, true};
+Rgb characterColor(const ZelvaneSession& session, const RowContext& context) {
+  const auto* who = context.family ? friendAt(*context.family, session.friendIndex) : nullptr;
+  return who ? bodyColor(*who) : context.theme.sub;
+}
+
+/// The colour of the tile: the palette's at the character's place.
+Rgb tileColor(const ZelvaneSession& session, const ThemeSpec& theme) {
+  const auto count = theme.palette.size();
+  return theme.palette[static_cast<std::uint64_t>(session.friendIndex) % count];
+}
+
+/// The character, its tile and the way to the terminal.
+void addLiving(RowView& view, const ZelvaneSession& session, const RowContext& context) {
+  const bool big = view.size == RowSize::big;
+  const auto& theme = context.theme;
+  view.characterColor = characterColor(session, context);
+  view.scene = theme.scene;
+  view.character = {.index = session.friendIndex,
+                    .state = session.state,
+                    .big = big,
+                    // A small row fades as a whole.
+                    .dim = big && isPast(session),
+                    .still = context.still};
+  view.rain = {.color = tileColor(session, theme),
+               .waitColor = theme.alert,
+               .mode = rainMode(session.state),
+               .seed = stableSeed(session.id),
+               .still = context.still};
+  view.terminal = {.color = view.characterColor,
+                   .enabled = session.tty.has_value(),
+                   .compact = !big || context.terminalButtonLearned};
 }
 
 RowText elapsed(const ZelvaneSession& session, const RowContext& context) {
@@ -62,7 +79,7 @@ void fillSmall(RowView& view, const ZelvaneSession& session, const RowContext& c
   view.title.weight = Weight::semibold;
   view.subtitle.color = theme.sub;
   if (session.state == ZelvaneState::agents) {
-    view.label = {"Background", theme.sub, Weight::semibold};
+    view.label = {"Background", view.characterColor, Weight::semibold};
   }
   addTime(view, session, context);
 }
@@ -77,7 +94,6 @@ void fillBig(RowView& view, const ZelvaneSession& session, const RowContext& con
   const auto& theme = context.theme;
   const bool waits = session.state == ZelvaneState::waiting;
   view.tappable = !waits && !session.pinned;
-  view.dotOpacity = isPast(session) ? pastOpacity : 1;
   if (session.pinned) view.tag = {L("고정"), theme.sub, Weight::semibold};
   view.title.weight = Weight::bold;
   view.subtitle.color = waits ? theme.wait : theme.sub;
@@ -103,12 +119,12 @@ RowView rowView(const ZelvaneSession& session, const RowContext& context) {
   RowView view;
   const bool big = session.pinned || session.state == ZelvaneState::waiting || context.expanded;
   view.size = big ? RowSize::big : RowSize::small;
-  view.dot = stateDot(session.state, context.theme);
   view.title = {printable(session.title), context.theme.fg};
   view.subtitle = {printable(session.subtitle), context.theme.sub};
   view.memo = {session.memo.value_or(""), context.theme.fg};
   view.line = context.theme.line;
   view.accessibleName = spokenName(session);
+  addLiving(view, session, context);
   if (big) {
     fillBig(view, session, context);
   } else {

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "app/model/records/session.h"
+#include "app/ui/friends/friend_motion.h"
+#include "app/ui/rain/rain_model.h"
 #include "app/ui/theme.h"
 
 namespace zelvane {
@@ -22,19 +24,23 @@ struct RowText {
   bool operator==(const RowText&) const = default;
 };
 
-/// Shows the state at a glance, in the character's place.
-struct StateDot {
+/// The button that goes to the session's terminal.
+struct TerminalButtonLook {
   Rgb color;
-  bool hollow = false;
-  bool operator==(const StateDot&) const = default;
+  bool enabled = true;
+  bool compact = false;  ///< a letter instead of a label
+  bool operator==(const TerminalButtonLook&) const = default;
 };
 
 struct RowView {
   RowSize size = RowSize::small;
   bool tappable = true;  ///< a tap opens or closes the row
   double opacity = 1;    ///< of the whole row
-  StateDot dot;
-  double dotOpacity = 1;
+  FriendLook character;
+  Rgb characterColor;  ///< of its frame, too
+  Rgb scene;           ///< behind a big row's character
+  RainLook rain;
+  TerminalButtonLook terminal;
   RowText tag;  ///< in front of the title
   RowText title;
   RowText label;  ///< in front of the subtitle
@@ -55,8 +61,11 @@ struct RowView {
 struct RowContext {
   ThemeSpec theme;
   Time now;
-  bool expanded = false;  ///< the user opened the row
-  bool liveClock = true;  ///< working times run by the second
+  bool expanded = false;                        ///< the user opened the row
+  bool liveClock = true;                        ///< working times run by the second
+  bool still = false;                           ///< nothing else moves
+  bool terminalButtonLearned = false;           ///< the user knows what the button does
+  const std::vector<Friend>* family = nullptr;  ///< the characters; none without them
 };
 
 RowView rowView(const ZelvaneSession& session, const RowContext& context);

@@ -81,21 +81,19 @@ TEST(RowView, StatusAndSubtitleOfABigRowFollowTheState) {
   struct Case {
     State state;
     const char* status;
-    Rgb statusColor, subtitleColor, dot;
-    bool hollow;
+    Rgb statusColor, subtitleColor;
   };
   const Case cases[]{
-      {State::waiting, "확인 필요", theme.wait, theme.wait, theme.wait, false},
-      {State::working, "작업 중", theme.sub, theme.sub, theme.fg, false},
-      {State::agents, "뒤에서 작업 중", theme.sub, theme.sub, theme.sub, false},
-      {State::done, "완료", theme.done, theme.sub, theme.done, false},
-      {State::idle, "쉬는 중", theme.sub, theme.sub, theme.sub, true},
+      {State::waiting, "확인 필요", theme.wait, theme.wait},
+      {State::working, "작업 중", theme.sub, theme.sub},
+      {State::agents, "뒤에서 작업 중", theme.sub, theme.sub},
+      {State::done, "완료", theme.done, theme.sub},
+      {State::idle, "쉬는 중", theme.sub, theme.sub},
   };
-  for (const auto& [state, status, statusColor, subtitleColor, dot, hollow] : cases) {
+  for (const auto& [state, status, statusColor, subtitleColor] : cases) {
     const auto view = viewOf(session(state), true);
     EXPECT_EQ(view.status, (RowText{status, statusColor, Weight::bold}));
     EXPECT_EQ(view.subtitle.color, subtitleColor) << status;
-    EXPECT_EQ(view.dot, (StateDot{dot, hollow})) << status;
     EXPECT_EQ(view.time.text, state == State::done || state == State::idle ? "2분 전" : "2분째");
   }
 }
@@ -105,7 +103,7 @@ TEST(RowView, OnlyAnIdleRowFromBeforeTodayIsDimmed) {
   past.today = false;
   EXPECT_EQ(viewOf(past).opacity, 0.55);
   EXPECT_EQ(viewOf(past, true).opacity, 1);  // a big row dims its character alone
-  EXPECT_EQ(viewOf(past, true).dotOpacity, 0.55);
+  EXPECT_TRUE(viewOf(past, true).character.dim);
   EXPECT_EQ(viewOf(session(State::idle)).opacity, 1);
   past.state = State::working;
   EXPECT_EQ(viewOf(past).opacity, 1);

@@ -38,14 +38,22 @@ void paintNoteSymbol(QPainter& painter, const QRect& box, const QColor& color) {
 
 }  // namespace
 
-RowWidget::RowWidget(QWidget* parent, Callbacks callbacks)
-    : QWidget(parent), callbacks_(std::move(callbacks)) {}
+RowWidget::RowWidget(QWidget* parent, Stage& stage, Callbacks callbacks)
+    : QWidget(parent),
+      callbacks_(std::move(callbacks)),
+      character_(*this, stage.driver, stage.chance),
+      rain_(*this, stage.driver),
+      terminalButton_(this, [this] { callbacks_.openWanted(); }) {}
 
 void RowWidget::setView(const RowView& view, int width) {
   if (view == view_ && width == width_) return;
   view_ = view;
   width_ = width;
   layout_ = rowLayout(view_, width);
+  character_.configure(view_.character, layout_.character);
+  rain_.configure(view_.rain, layout_.tile);
+  terminalButton_.setLook(view_.terminal, view_.size, view_.opacity);
+  terminalButton_.setGeometry(layout_.terminalButton);
   setAccessibleName(QString::fromStdString(view_.accessibleName));
   update();
 }
@@ -60,43 +68,34 @@ void RowWidget::showTime(Time now) {
   update(before | layout_.time.box);
 }
 
-void RowWidget::paintEvent(QPaintEvent*) {
+void RowWidget::paintEvent(QPaintEvent* event) {
+  // Mostly a tile or a character alone: laying out texts that are cut off would cost the most.
+  const QRegion& dirty = event->region();
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setOpacity(view_.opacity);
   paintGrounds(painter);
-  paintCharacter(painter);
-  for (const auto& placed : layout_.texts) paintText(painter, placed);
-  paintText(painter, layout_.time);
-  if (!layout_.noteSymbol.isEmpty()) {
+  if (view_.size == RowSize::big) paintFrame(painter);
+  character_.paint(painter, dirty, view_.opacity);
+  rain_.paint(painter, dirty, view_.opacity);
+  for (const auto& placed : layout_.texts) {
+    if (dirty.intersects(placed.box)) paintText(painter, placed);
+  }
+  if (dirty.intersects(layout_.time.box)) paintText(painter, layout_.time);
+  if (dirty.intersects(layout_.noteSymbol)) {
     paintNoteSymbol(painter, layout_.noteSymbol, toColor(view_.subtitle.color));
   }
 }
 
-void RowWidget::paintCharacter(QPainter& painter) const {
-  const QRectF place = layout_.character;
-  const bool big = view_.size == RowSize::big;
-  const double radius = big ? 7 : 5;
+/// Around the character of a big row.
+void RowWidget::paintFrame(QPainter& painter) const {
+  constexpr double radius = 6, halfBorder = 0.5;
   painter.save();
-  if (big) {
-    constexpr double frameRadius = 6, halfBorder = 0.5;
-    painter.setPen(QPen(toColor(view_.line), 1));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(place.adjusted(halfBorder, halfBorder, -halfBorder, -halfBorder),
-                            frameRadius, frameRadius);
-  }
-  painter.setOpacity(view_.opacity * view_.dotOpacity);
-  const QColor color = toColor(view_.dot.color);
-  if (view_.dot.hollow) {
-    constexpr double ring = 1.5;
-    painter.setPen(QPen(color, ring));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawEllipse(place.center(), radius - ring / 2, radius - ring / 2);
-  } else {
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
-    painter.drawEllipse(place.center(), radius, radius);
-  }
+  painter.setPen(QPen(toColor(view_.characterColor), 1));
+  painter.setBrush(toColor(view_.scene));
+  painter.drawRoundedRect(
+      QRectF(layout_.character).adjusted(halfBorder, halfBorder, -halfBorder, -halfBorder), radius,
+      radius);
   painter.restore();
 }
 

@@ -6,6 +6,10 @@
 
 #include "app/ui/column/row_layout.h"
 #include "app/ui/column/row_view.h"
+#include "app/ui/column/terminal_button.h"
+#include "app/ui/friends/friend_view.h"
+#include "app/ui/motion/stage.h"
+#include "app/ui/rain/code_rain.h"
 
 namespace zelvane {
 
@@ -14,9 +18,11 @@ class RowWidget : public QWidget {
   struct Callbacks {
     std::function<void()> tapped;
     std::function<void(QPoint)> menuWanted;  ///< at a point on the screen
+    std::function<void()> openWanted;        ///< the session's terminal
   };
 
-  RowWidget(QWidget* parent, Callbacks callbacks);
+  /// The stage must outlive the row.
+  RowWidget(QWidget* parent, Stage& stage, Callbacks callbacks);
 
   /// Shows the view at the width; repaints only when something changed.
   void setView(const RowView& view, int width);
@@ -26,14 +32,14 @@ class RowWidget : public QWidget {
   void showTime(Time now);
 
  protected:
-  void paintEvent(QPaintEvent*) override;
+  void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   bool event(QEvent* event) override;
 
  private:
-  void paintCharacter(QPainter& painter) const;
+  void paintFrame(QPainter& painter) const;
   void paintGrounds(QPainter& painter) const;
   void showMemoTip(const QPoint& position, const QPoint& onScreen);
 
@@ -42,6 +48,9 @@ class RowWidget : public QWidget {
   RowLayout layout_;
   int width_ = 0;
   bool pressed_ = false;
+  FriendView character_;
+  CodeRain rain_;
+  TerminalButton terminalButton_;
 };
 
 }  // namespace zelvane

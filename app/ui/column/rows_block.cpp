@@ -1,5 +1,6 @@
 #include "app/ui/column/rows_block.h"
 
+#include <QtGui/QPaintEvent>
 #include <QtGui/QPainter>
 
 #include "core/localization.h"
@@ -23,8 +24,8 @@ QStringList emptyLines(int width) {
 
 }  // namespace
 
-RowsBlock::RowsBlock(QWidget* parent, Callbacks callbacks)
-    : QWidget(parent), callbacks_(std::move(callbacks)) {}
+RowsBlock::RowsBlock(QWidget* parent, Stage& stage, Callbacks callbacks)
+    : QWidget(parent), stage_(stage), callbacks_(std::move(callbacks)) {}
 
 /// The row of the planned session: the one from before, or a new one. Sessions may share an id, and
 /// then differ in their process.
@@ -40,12 +41,15 @@ RowsBlock::Row& RowsBlock::rowFor(const PlannedRow& planned, Rows& before) {
 
 std::unique_ptr<RowWidget> RowsBlock::makeWidget(const std::string& key) {
   auto widget = std::make_unique<RowWidget>(
-      this, RowWidget::Callbacks{
-                .tapped = [this, key] { callbacks_.tapped(ZelvaneSession(rows_[key].session)); },
-                .menuWanted =
-                    [this, key](QPoint point) {
-                      callbacks_.menuWanted(ZelvaneSession(rows_[key].session), point);
-                    }});
+      this, stage_,
+      RowWidget::Callbacks{
+          .tapped = [this, key] { callbacks_.tapped(ZelvaneSession(rows_[key].session)); },
+          .menuWanted =
+              [this, key](QPoint point) {
+                callbacks_.menuWanted(ZelvaneSession(rows_[key].session), point);
+              },
+          .openWanted = [this,
+                         key] { callbacks_.openWanted(ZelvaneSession(rows_[key].session)); }});
   widget->show();
   return widget;
 }
@@ -85,9 +89,10 @@ void RowsBlock::showTimes(Time now) {
   for (auto& [key, row] : rows_) row.widget->showTime(now);
 }
 
-void RowsBlock::paintEvent(QPaintEvent*) {
+void RowsBlock::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   for (std::size_t i = 0; i < plan_.size(); ++i) {
+    if (!event->region().intersects(places_[i])) continue;
     if (const auto* band = std::get_if<SectionBand>(&plan_[i])) {
       paintBand(painter, *band, places_[i]);
     } else if (std::holds_alternative<Divider>(plan_[i])) {

@@ -18,9 +18,11 @@ class RowsBlock : public QWidget {
   struct Callbacks {
     std::function<void(const ZelvaneSession&)> tapped;
     std::function<void(const ZelvaneSession&, QPoint)> menuWanted;
+    std::function<void(const ZelvaneSession&)> openWanted;
   };
 
-  RowsBlock(QWidget* parent, Callbacks callbacks);
+  /// The stage must outlive the block.
+  RowsBlock(QWidget* parent, Stage& stage, Callbacks callbacks);
 
   /// Shows the plan at the width. Rows that stay keep their widgets.
   void setPlan(std::vector<ColumnItem> plan, const ThemeSpec& theme, int width);
@@ -28,7 +30,7 @@ class RowsBlock : public QWidget {
   void showTimes(Time now);
 
  protected:
-  void paintEvent(QPaintEvent*) override;
+  void paintEvent(QPaintEvent* event) override;
 
  private:
   struct Row {
@@ -41,6 +43,7 @@ class RowsBlock : public QWidget {
   std::unique_ptr<RowWidget> makeWidget(const std::string& key);
   void paintBand(QPainter& painter, const SectionBand& band, const QRect& place) const;
 
+  Stage& stage_;
   Callbacks callbacks_;
   std::vector<ColumnItem> plan_;
   std::vector<QRect> places_;  ///< of the items
