@@ -38,8 +38,8 @@ struct TmuxListing {
 /// The arguments, after the socket's, whose output `parseTmux` reads.
 std::vector<std::string> tmuxListArguments();
 
-/// The arguments, after the socket's, that run the command in the folder (an absolute path) in a new
-/// window of the pane's session.
+/// The arguments, after the socket's, that run the command in the folder (an absolute path) in a
+/// new window of the pane's session.
 std::vector<std::string> tmuxOpenArguments(const TmuxPane& pane, const std::string& folder,
                                            const std::vector<std::string>& argv);
 
