@@ -330,7 +330,8 @@ Support TerminalSet::supportOf(const Place& place) {
   if (!endsWalk(program)) support.terminal = L("알 수 없는 터미널");
   if (seen || (host && host->raisesItself())) return support;
   support.jump = false;
-  if (support.advice.empty() && !(reachable && parts_.desktop->showsEverything())) {
+  const bool hidden = !(reachable && parts_.desktop->showsEverything());
+  if (support.advice.empty() && hidden && !terminalProgram(place).empty()) {
     support.advice =
         L("이 데스크톱은 다른 프로그램의 창을 보여 주지 않아요. X11 이나 sway 에서는 "
           "탭까지 찾아가요.");
