@@ -36,10 +36,10 @@ TEST(NextRow, IsTheOneThatHasWaitedLongest) {
 
 TEST(SupportText, NamesWhatWorksAndWhatUnlocksTheRest) {
   EXPECT_EQ(supportText({}), "Claude Code 가 도는 터미널이 없어요.\n");
-  EXPECT_EQ(
-      supportText({{"kit\x1bty", true, true, false, "켜 주세요"}, {"tmux", true, true, true, ""}}),
-      "kit ty\n    ✓ 탭 이름   ✓ 앞에 있는 탭   ✗ 탭으로 이동\n    켜 주세요\n"
-      "tmux\n    ✓ 탭 이름   ✓ 앞에 있는 탭   ✓ 탭으로 이동\n");
+  EXPECT_EQ(supportText({{"kit\x1bty", true, true, false, true, "켜 주세요"},
+                         {"tmux", true, true, true, false, ""}}),
+            "kit ty\n    ✓ 탭 이름   ✓ 앞에 있는 탭   ✗ 탭으로 이동   ✓ 새 탭\n    켜 주세요\n"
+            "tmux\n    ✓ 탭 이름   ✓ 앞에 있는 탭   ✓ 탭으로 이동   ✗ 새 탭\n");
 }
 
 }  // namespace

@@ -17,6 +17,7 @@ std::string supportJson(const std::vector<Support>& support) {
                     {"titles", one.titles},
                     {"front", one.front},
                     {"jump", one.jump},
+                    {"open", one.open},
                     {"advice", one.advice}});
   }
   return Json{{"terminals", list}}.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
@@ -30,8 +31,9 @@ std::string supportText(const std::vector<Support>& support) {
   for (const auto& one : support) {
     text += printable(one.terminal) + "\n    " + worksOrNot(L("탭 이름"), one.titles) + "   " +
             worksOrNot(L("앞에 있는 탭"), one.front) + "   " +
-            worksOrNot(L("탭으로 이동"), one.jump) + "\n";
-    if (!one.advice.empty()) text += "    " + one.advice + "\n";
+            worksOrNot(L("탭으로 이동"), one.jump) + "   " + worksOrNot(L("새 탭"), one.open) +
+            "\n";
+    if (!one.advice.empty()) text += "    " + printable(one.advice) + "\n";
   }
   return text;
 }

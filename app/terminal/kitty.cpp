@@ -102,9 +102,13 @@ bool KittyHost::open(const OpenRequest& request, const Place& near) {
 
 Support KittyHost::support(const Place& place) {
   const auto socket = socketOf(place);
-  if (ask(socket, "ls", Json(), limit)) return {name(), true, true, true, ""};
+  if (ask(socket, "ls", Json(), limit)) return {name(), true, true, true, true, ""};
   const auto folder = ZelvanePaths::env("XDG_RUNTIME_DIR").value_or(ZelvanePaths::home());
-  return {name(), false, false, false,
+  return {name(),
+          false,
+          false,
+          false,
+          false,
           LF("kitty.conf에 allow_remote_control socket-only 와 listen_on unix:%@/kitty 두 줄을 "
              "넣고 kitty를 다시 켜면 탭까지 찾아가요.",
              {folder})};

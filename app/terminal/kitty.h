@@ -18,6 +18,7 @@ class KittyHost : public TerminalHost {
       : world_(std::move(world)), openWindow_(std::move(openWindow)) {}
 
   std::string name() const override { return "kitty"; }
+  bool callsWindowsLikeTheirTabs() const override { return true; }
   void beginCall() override { silent_.clear(); }
   bool owns(const Place& place) const override;
   Titles titles(const std::vector<Place>& places) override;

@@ -44,13 +44,6 @@ bool drawsTerminals(std::string_view name) {
   return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-bool endsWalk(std::string_view name) {
-  constexpr std::array<std::string_view, 6> multiplexers = {"screen", "SCREEN", "zellij",
-                                                            "dtach",  "abduco", "sshd"};
-  return isTmuxServer(name) || drawsTerminals(name) ||
-         std::find(multiplexers.begin(), multiplexers.end(), name) != multiplexers.end();
-}
-
 std::vector<Ancestor> ancestorsOf(const ProcessWorld& world, std::int32_t pid) {
   std::vector<Ancestor> ancestors;
   auto process = world.info(pid);
@@ -114,9 +107,28 @@ bool isUnder(const Place& place, std::int32_t pid) {
 std::string terminalProgram(const Place& place) {
   const auto name = place.owner().name;
   if (isTmuxServer(name)) return "tmux";
-  if (!drawsTerminals(name)) return "";
-  // The one whose server's name the kernel cuts.
-  return name == "gnome-terminal-" ? "gnome-terminal" : name;
+  return drawsTerminals(name) ? commandOf(name) : "";
+}
+
+std::string commandOf(const std::string& program) {
+  // Servers are started through another command, and the kernel cuts long names.
+  constexpr std::array<std::array<const char*, 2>, 5> commands = {
+      {{"gnome-terminal-", "gnome-terminal"},
+       {"gnome-terminal-server", "gnome-terminal"},
+       {"wezterm-gui", "wezterm"},
+       {"urxvtd", "urxvt"},
+       {"x-terminal-emul", "x-terminal-emulator"}}};
+  for (const auto& [process, command] : commands) {
+    if (program == process) return command;
+  }
+  return program;
+}
+
+bool endsWalk(std::string_view name) {
+  constexpr std::array<std::string_view, 6> multiplexers = {"screen", "SCREEN", "zellij",
+                                                            "dtach",  "abduco", "sshd"};
+  return isTmuxServer(name) || drawsTerminals(name) ||
+         std::find(multiplexers.begin(), multiplexers.end(), name) != multiplexers.end();
 }
 
 bool isTmuxServer(std::string_view name) {

@@ -62,6 +62,13 @@ bool isUnder(const Place& place, std::int32_t pid);
 /// neither.
 std::string terminalProgram(const Place& place);
 
+/// The command that starts the terminal program whose process has this name.
+std::string commandOf(const std::string& program);
+
+/// Whether a walk ends at a process of this name: it draws terminals, or lies between one and what
+/// runs in it.
+bool endsWalk(std::string_view name);
+
 /// Whether the name is that of a tmux server.
 bool isTmuxServer(std::string_view name);
 

@@ -32,7 +32,8 @@ struct Support {
   std::string terminal;  ///< its name
   bool titles = false;   ///< of every tab
   bool front = false;    ///< which tab is in front
-  bool jump = false;     ///< to the tab itself; else only its window can be raised
+  bool jump = false;     ///< to the tab itself; else only its window can be raised, if that
+  bool open = false;     ///< a new tab; a window, where there are no tabs
   std::string advice;    ///< what the user can do to unlock the rest; empty when there is nothing
 
   bool operator==(const Support&) const = default;
@@ -49,6 +50,10 @@ class TerminalHost {
   virtual ~TerminalHost() = default;
 
   virtual std::string name() const = 0;
+  /// Whether a window with one tab has that tab's title and no more.
+  virtual bool callsWindowsLikeTheirTabs() const { return false; }
+  /// Whether it can give its own windows the keyboard.
+  virtual bool raisesItself() const { return false; }
   /// A new call of the set's begins: what did not answer before may be asked again.
   virtual void beginCall() {}
   /// Whether the place is in this program. Asks nobody.

@@ -104,15 +104,17 @@ Titles TerminalSet::titles(const std::vector<TerminalSession>& sessions) {
   return titles;
 }
 
-/// A window with one tab is called what its tab is called.
+/// A window with one tab is called what its tab is called, in some programs.
 void TerminalSet::addWindowTitles(Titles& titles, const std::vector<Place>& places) {
   const bool missing = std::any_of(places.begin(), places.end(),
                                    [&](const Place& place) { return !titles.contains(place.tty); });
-  if (!missing || !parts_.desktop || !parts_.desktop->isReachable()) return;
+  if (!missing || !isReachable()) return;
   const auto windows = parts_.desktop->windows();
   const auto all = allPlaces(parts_.processes);
   for (const auto& place : places) {
-    if (titles.contains(place.tty)) continue;
+    const auto* host = hostOf(place);
+    const bool tells = hasNoTabs(place.owner().name) || (host && host->callsWindowsLikeTheirTabs());
+    if (!tells || titles.contains(place.tty)) continue;
     const auto* window = windowOf(place, windows);
     if (!window || window->title.empty()) continue;
     if (onlyTTYIn(*window, windows, all) == place.tty) titles[place.tty] = window->title;
@@ -136,16 +138,14 @@ std::optional<std::string> TerminalSet::frontTTY(const std::vector<TerminalSessi
 
 /// Looking at processes is cheaper than asking tmux, which starts one.
 bool TerminalSet::noTerminalIsInFront() {
-  if (!parts_.desktop || !parts_.desktop->isReachable() || !parts_.desktop->showsEverything()) {
-    return false;
-  }
+  if (!isReachable() || !parts_.desktop->showsEverything()) return false;
   const auto active = parts_.desktop->active();
   return !active || active->pid < 1 || !drawsAnyTTY(parts_.processes, active->pid);
 }
 
 std::optional<std::string> TerminalSet::frontOf(const Drawn& drawn) {
   if (drawn.places.empty()) return std::nullopt;
-  if (parts_.desktop && parts_.desktop->isReachable()) {
+  if (isReachable()) {
     const auto active = parts_.desktop->active();
     if (active) return frontByWindow(drawn.places, *active);
     if (parts_.desktop->showsEverything()) return std::nullopt;
@@ -200,7 +200,8 @@ TerminalResult TerminalSet::jump(const TerminalSession& session) {
   auto place = placeOf(parts_.processes, session.pid, session.tty);
   for (int depth = 0; depth < deepestNesting && isTmuxServer(place.owner().name); ++depth) {
     const auto server = parts_.tmux->serverOf(place);
-    const auto listing = server.empty() ? TmuxListing() : parts_.tmux->list(server);
+    auto listing = server.empty() ? TmuxListing() : parts_.tmux->list(server);
+    markOutOfSight(listing.clients);
     const auto target = targetOf(listing, place.tty);
     if (!target) return {false, L("tmux가 대답하지 않아요.")};
     if (!target->client) {
@@ -210,6 +211,29 @@ TerminalResult TerminalSet::jump(const TerminalSession& session) {
     place = placeOf(parts_.processes, target->client->pid, target->client->tty);
   }
   return raise(place);
+}
+
+/// Whether a window of the desktop may show the place: one that is known, or, where not all are
+/// known, one of a program that draws.
+bool TerminalSet::canBeSeen(const Place& place) {
+  if (isTmuxServer(place.owner().name)) return true;
+  const bool reachable = isReachable();
+  if (reachable) {
+    const auto windows = parts_.desktop->windows();
+    if (std::any_of(windows.begin(), windows.end(),
+                    [&](const auto& window) { return isUnder(place, window.pid); })) {
+      return true;
+    }
+  }
+  return !(reachable && parts_.desktop->showsEverything()) && !terminalProgram(place).empty();
+}
+
+/// With one client there is no choice, and nothing to be looked at.
+void TerminalSet::markOutOfSight(std::vector<TmuxClient>& clients) {
+  if (clients.size() < 2) return;
+  for (auto& client : clients) {
+    if (!canBeSeen(placeOf(parts_.processes, client.pid, client.tty))) client.outOfSight = true;
+  }
 }
 
 /// The window of the selected tab; else the one that the place must be in.
@@ -228,13 +252,20 @@ std::optional<DesktopWindow> TerminalSet::windowFor(const Place& place,
   return window ? std::optional(*window) : std::nullopt;
 }
 
-/// A program that raises its windows itself is given a moment to be obeyed.
-bool TerminalSet::hasKeyboard(std::int32_t pid) {
+/// A program that raises its windows itself is given a moment to be obeyed. Of its several windows
+/// it is the one that is called like the tab.
+bool TerminalSet::isFrontOf(const Place& place, const SelectedTab& selected) {
   constexpr int rounds = 50;
   constexpr auto pause = std::chrono::milliseconds(4);
+  const auto pid = place.owner().pid;
+  const auto windows = parts_.desktop->windows();
+  const bool several = std::count_if(windows.begin(), windows.end(),
+                                     [&](const auto& one) { return one.pid == pid; }) > 1;
   for (int round = 0; round < rounds; ++round) {
     const auto active = parts_.desktop->active();
-    if (active && active->pid == pid) return true;
+    const bool isNamed =
+        !several || selected.title.empty() || (active && active->title == selected.title);
+    if (active && active->pid == pid && isNamed) return true;
     std::this_thread::sleep_for(pause);
   }
   return false;
@@ -243,12 +274,11 @@ bool TerminalSet::hasKeyboard(std::int32_t pid) {
 TerminalResult TerminalSet::raise(const Place& place) {
   auto* host = hostOf(place);
   const auto selected = host ? host->select(place) : std::nullopt;
-  const bool reachable = parts_.desktop && parts_.desktop->isReachable();
-  if (!reachable) {
+  if (!isReachable()) {
     if (selected && selected->raised) return {true};
     return outOfReach(selected.has_value());
   }
-  if (selected && selected->raised && hasKeyboard(place.owner().pid)) return {true};
+  if (selected && selected->raised && isFrontOf(place, *selected)) return {true};
   const auto window = windowFor(place, selected.value_or(SelectedTab()));
   if (!window && !parts_.desktop->showsEverything()) return outOfReach(selected.has_value());
   if (!window) return {false, L("이 세션의 터미널 창을 찾지 못했어요.")};
@@ -290,11 +320,39 @@ TerminalResult TerminalSet::openNear(const OpenRequest& request, const Place& pl
   return {host && host->open(request, place)};
 }
 
-Support TerminalSet::supportOf(const Place& place, bool windowsSeen) {
+Support TerminalSet::supportOf(const Place& place) {
+  const auto program = place.owner().name;
   auto* host = hostOf(place);
-  if (host && !hasNoTabs(place.owner().name)) return host->support(place);
-  const bool whole = windowsSeen && hasNoTabs(place.owner().name);
-  return {place.owner().name, whole, whole, whole, ""};
+  Support support = host ? host->support(place) : Support{program};
+  const bool reachable = isReachable();
+  const bool seen = reachable && canBeSeen(place);
+  if (hasNoTabs(program)) support.titles = support.front = support.jump = seen;
+  if (!endsWalk(program)) support.terminal = L("알 수 없는 터미널");
+  if (seen || (host && host->raisesItself())) return support;
+  support.jump = false;
+  const bool hidden = !(reachable && parts_.desktop->showsEverything());
+  if (support.advice.empty() && hidden && !terminalProgram(place).empty()) {
+    support.advice =
+        L("이 데스크톱은 다른 프로그램의 창을 보여 주지 않아요. X11 이나 sway 에서는 "
+          "탭까지 찾아가요.");
+  }
+  return support;
+}
+
+Support TerminalSet::tmuxSupport(const Drawn& drawn) {
+  const bool focusKnown = std::any_of(drawn.clients.begin(), drawn.clients.end(),
+                                      [](const TmuxClient& client) { return client.focusKnown; });
+  Support support{"tmux", true, isReachable() || focusKnown, false, true, ""};
+  support.jump = std::any_of(drawn.places.begin(), drawn.places.end(),
+                             [&](const Place& place) { return supportOf(place).jump; });
+  if (drawn.clients.empty()) {
+    support.front = false;
+    support.advice = L("tmux를 보여 주는 창이 없어요. 터미널에서 tmux attach 를 하면 찾아가요.");
+  } else if (!support.front) {
+    support.advice =
+        L("tmux.conf에 set -g focus-events on 을 넣으면 어느 탭을 보고 있는지 알 수 있어요.");
+  }
+  return support;
 }
 
 std::vector<Support> TerminalSet::support(const std::vector<TerminalSession>& sessions) {
@@ -303,20 +361,14 @@ std::vector<Support> TerminalSet::support(const std::vector<TerminalSession>& se
   const auto add = [&](const Support& support) {
     if (std::find(all.begin(), all.end(), support) == all.end()) all.push_back(support);
   };
-  const bool windowsSeen = parts_.desktop && parts_.desktop->isReachable();
-  const auto places = placesOf(sessions);
-  const auto drawn = drawnBy(places);
-  const bool inTmux = std::any_of(places.begin(), places.end(), [](const Place& place) {
-    return isTmuxServer(place.owner().name);
-  });
-  const bool focusKnown = std::any_of(drawn.clients.begin(), drawn.clients.end(),
-                                      [](const TmuxClient& client) { return client.focusKnown; });
-  if (inTmux && (windowsSeen || focusKnown)) add({"tmux", true, true, true, ""});
-  if (inTmux && !windowsSeen && !focusKnown) {
-    add({"tmux", true, false, true,
-         L("tmux.conf에 set -g focus-events on 을 넣으면 어느 탭을 보고 있는지 알 수 있어요.")});
+  std::set<std::string> servers;
+  for (const auto& place : placesOf(sessions)) {
+    const bool inTmux = isTmuxServer(place.owner().name);
+    if (inTmux && !servers.insert(parts_.tmux->serverOf(place)).second) continue;
+    const auto drawn = drawnBy({place});
+    if (inTmux) add(tmuxSupport(drawn));
+    for (const auto& one : drawn.places) add(supportOf(one));
   }
-  for (const auto& place : drawn.places) add(supportOf(place, windowsSeen));
   return all;
 }
 

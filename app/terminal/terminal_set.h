@@ -53,15 +53,19 @@ class TerminalSet {
   TerminalHost* hostOf(const Place& place) const;
   std::map<TerminalHost*, std::vector<Place>> byHost(const std::vector<Place>& places) const;
   void addWindowTitles(Titles& titles, const std::vector<Place>& places);
+  bool isReachable() { return parts_.desktop && parts_.desktop->isReachable(); }
   bool noTerminalIsInFront();
   std::optional<std::string> frontOf(const Drawn& drawn);
   std::optional<std::string> frontByWindow(const std::vector<Place>& places,
                                            const DesktopWindow& active);
   std::optional<std::string> frontByTmux(const Drawn& drawn);
   TerminalResult raise(const Place& place);
-  bool hasKeyboard(std::int32_t pid);
+  bool isFrontOf(const Place& place, const SelectedTab& selected);
+  bool canBeSeen(const Place& place);
+  void markOutOfSight(std::vector<TmuxClient>& clients);
   std::optional<DesktopWindow> windowFor(const Place& place, const SelectedTab& selected);
-  Support supportOf(const Place& place, bool windowsSeen);
+  Support supportOf(const Place& place);
+  Support tmuxSupport(const Drawn& drawn);
   TerminalResult openNear(const OpenRequest& request, const Place& place);
 
   TerminalParts parts_;

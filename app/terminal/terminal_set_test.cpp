@@ -84,13 +84,16 @@ class FakeTabs : public TerminalHost {
   std::optional<SelectedTab> select(const Place& place) override {
     if (!answers) return std::nullopt;
     machine_.done.push_back("select " + place.tty);
-    return SelectedTab();
+    return selected;
   }
   bool open(const OpenRequest&, const Place&) override { return answers; }
-  Support support(const Place&) override { return {"tabs", false, false, false, "켜 주세요."}; }
+  Support support(const Place&) override {
+    return {"tabs", false, false, true, true, "켜 주세요."};
+  }
 
   bool answers = true;
   std::optional<std::string> frontTab;
+  SelectedTab selected;
 
  private:
   Machine& machine_;
@@ -229,6 +232,54 @@ TEST_F(TerminalSetTest, AJumpSaysWhatItCouldNotDo) {
   EXPECT_THAT(reason(51, "/dev/p"), testing::HasSubstr("tmux -S S50 attach -t '$0'"));
   machine.servers.clear();
   EXPECT_EQ(reason(51, "/dev/p"), "tmux가 대답하지 않아요.");
+}
+
+TEST_F(TerminalSetTest, AWindowWithTabsGivesNoTitle) {
+  fill();
+  machine.processes[10].name = "tilix";
+  machine.processes[20].name = "xterm";
+  machine.processes[21] = {20, "claude", "/dev/c"};
+  EXPECT_EQ(set->titles({{11, "/dev/a"}, {21, "/dev/c"}}), (Titles{{"/dev/c", "tmux"}}));
+}
+
+TEST_F(TerminalSetTest, OfSeveralWindowsTheOneThatIsCalledLikeTheTabMustComeToTheFront) {
+  fill();
+  machine.windows.push_back({3, 10, "the tab", 3});
+  tabs->selected = {std::nullopt, "the tab", true};
+  machine.active = 1;
+  EXPECT_TRUE(set->jump({11, "/dev/a"}).ok);
+  machine.active = 3;
+  EXPECT_TRUE(set->jump({11, "/dev/a"}).ok) << "it is there by itself";
+  EXPECT_THAT(machine.done, ElementsAre("select /dev/a", "raise 3", "select /dev/a"));
+}
+
+TEST_F(TerminalSetTest, ATmuxClientWithoutAWindowIsTheLastChoice) {
+  fill();
+  machine.processes[30] = {1, "sshd", std::nullopt};
+  machine.processes[31] = {30, "tmux: client", "/dev/r"};
+  machine.servers["S50"].clients.push_back({"/dev/r", 31, "$0", 99, true, true, "/dev/q"});
+  EXPECT_TRUE(set->jump({52, "/dev/q"}).ok);
+  EXPECT_THAT(machine.done, ElementsAre("S50 /dev/c %2", "raise 2"));
+}
+
+TEST_F(TerminalSetTest, SaysOnlyWhatAJumpCanDo) {
+  fill();
+  const auto jumps = [&] {
+    std::string text;
+    for (const auto& one : set->support(sessions)) {
+      text += one.terminal + (one.jump ? " ✓" : " ✗") + (one.advice.empty() ? "" : "!") + " ";
+    }
+    return text;
+  };
+  EXPECT_EQ(jumps(), "tabs ✓! tmux ✓ xterm ✓ ");
+  machine.processes[20].name = "sealed-91";
+  EXPECT_EQ(jumps(), "tabs ✓! tmux ✗ 알 수 없는 터미널 ✗ ");
+  machine.windows = {{1, 10, "", 1}};
+  EXPECT_EQ(jumps(), "tabs ✓! tmux ✗ 알 수 없는 터미널 ✗ ");
+  machine.servers["S50"].clients.clear();
+  EXPECT_EQ(jumps(), "tabs ✓! tmux ✗! ");
+  machine.reachable = false;
+  EXPECT_EQ(jumps(), "tabs ✗! tmux ✗! ");
 }
 
 TEST_F(TerminalSetTest, WhatItAdvisesToPasteIsHarmless) {

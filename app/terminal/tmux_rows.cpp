@@ -53,11 +53,13 @@ std::optional<TmuxClient> parseClient(const std::vector<std::string_view>& row) 
   const auto pid = decimal(row[2]);
   if (!pid || *pid < 1 || *pid > std::numeric_limits<std::int32_t>::max()) return std::nullopt;
   const auto flags = pieces(row[7], ',');
-  return TmuxClient{
-      std::string(row[1]), static_cast<std::int32_t>(*pid),
-      std::string(row[3]), decimal(row[4]).value_or(0),
-      row[6] == "1",       std::find(flags.begin(), flags.end(), "focused") != flags.end(),
-      std::string(row[8])};
+  const auto has = [&](std::string_view flag) {
+    return std::find(flags.begin(), flags.end(), flag) != flags.end();
+  };
+  return TmuxClient{std::string(row[1]), static_cast<std::int32_t>(*pid),
+                    std::string(row[3]), decimal(row[4]).value_or(0),
+                    row[6] == "1",       has("focused"),
+                    std::string(row[8]), has("suspended")};
 }
 
 }  // namespace
@@ -107,7 +109,8 @@ std::optional<TmuxTarget> targetOf(const TmuxListing& listing, std::string_view 
     return nullptr;
   };
   const auto rank = [&](const TmuxClient& client) {
-    return std::tuple(client.paneTTY == tty, rowFor(client) != nullptr, client.activity);
+    return std::tuple(!client.outOfSight, client.paneTTY == tty, rowFor(client) != nullptr,
+                      client.activity);
   };
   const auto best =
       std::max_element(listing.clients.begin(), listing.clients.end(),

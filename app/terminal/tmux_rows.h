@@ -28,6 +28,8 @@ struct TmuxClient {
   bool focusKnown = false;    ///< whether the server asks for focus at all
   bool focused = false;
   std::string paneTTY;  ///< the pane that it shows
+  /// Whether nobody can see it here: suspended, or drawn where this desktop has no window.
+  bool outOfSight = false;
 };
 
 struct TmuxListing {
@@ -56,8 +58,8 @@ struct TmuxTarget {
   const TmuxClient* client = nullptr;  ///< null when nobody is attached to the server
 };
 
-/// Prefers a client that shows the pane, then one in a session of the pane's, then the one used
-/// last. Nothing when no pane has the tty.
+/// Prefers a client that can be seen, then one that shows the pane, then one in a session of the
+/// pane's, then the one used last. Nothing when no pane has the tty.
 std::optional<TmuxTarget> targetOf(const TmuxListing& listing, std::string_view tty);
 
 /// The socket path in the variable TMUX ("SOCKET,PID,SESSION") when it names that server; else

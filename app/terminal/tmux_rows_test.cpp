@@ -16,7 +16,7 @@ TEST(TmuxRows, TakesWhatIsWholeAndSkipsTheRest) {
       "P\t/dev/pts/8\t$0;x\t@1\t%2\t1\tbox\tt\n"
       "no server running on /tmp/x\n"
       "C\t/dev/pts/9\t14834\t$0\t1795377793\t0\t1\tattached,focused,UTF-8\t/dev/pts/3\n"
-      "C\t/dev/pts/10\t14835\t$1\t1795377794\t0\t0\tattached,UTF-8\t/dev/pts/4\n"
+      "C\t/dev/pts/10\t14835\t$1\t1795377794\t0\t0\tattached,suspended\t/dev/pts/4\n"
       "C\t/dev/pts/11\t14836\t$1\t1\t1\t0\tattached,control-mode\t/dev/pts/4\n"
       "C\t\t14837\t$1\t1\t0\t0\tattached\t/dev/pts/4\n"
       "C\t/dev/pts/12\t99999999999\t$1\t1\t0\t0\tattached\t/dev/pts/4\n");
@@ -28,6 +28,7 @@ TEST(TmuxRows, TakesWhatIsWholeAndSkipsTheRest) {
   EXPECT_TRUE(listing.clients[0].focused && listing.clients[0].focusKnown);
   EXPECT_FALSE(listing.clients[1].focused || listing.clients[1].focusKnown);
   EXPECT_EQ(listing.clients[1].pid, 14835);
+  EXPECT_TRUE(listing.clients[1].outOfSight && !listing.clients[0].outOfSight);
 }
 
 TmuxPane pane(const char* tty, const char* session, bool attached) {
@@ -36,6 +37,11 @@ TmuxPane pane(const char* tty, const char* session, bool attached) {
 
 TmuxClient client(const char* tty, const char* session, std::int64_t activity, const char* shows) {
   return {tty, 100, session, activity, false, false, shows};
+}
+
+TmuxClient unseen(TmuxClient client) {
+  client.outOfSight = true;
+  return client;
 }
 
 TEST(TmuxRows, ChoosesTheClientThatIsNearest) {
@@ -59,6 +65,11 @@ TEST(TmuxRows, ChoosesTheClientThatIsNearest) {
        {client("a", "$0", 1, "x"), client("b", "$1", 2, "x"), client("c", "$0", 1, "x")},
        "b",
        "$1"},
+      {"one that is seen before one that shows it",
+       {unseen(client("a", "$0", 9, "p")), client("b", "$2", 1, "q")},
+       "b",
+       "$1"},
+      {"unseen rather than none", {unseen(client("a", "$0", 9, "p"))}, "a", "$0"},
       {"else any", {client("a", "$2", 1, "q"), client("b", "$2", 2, "q")}, "b", "$1"},
   };
   for (const auto& one : cases) {

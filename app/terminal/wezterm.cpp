@@ -117,7 +117,7 @@ bool WezTermHost::open(const OpenRequest& request, const Place& near) {
 
 Support WezTermHost::support(const Place& place) {
   const bool answers = paneOf(place).has_value();
-  return {name(), answers, answers, answers, ""};
+  return {name(), answers, answers, answers, answers, ""};
 }
 
 }  // namespace zelvane

@@ -11,6 +11,7 @@ import shutil
 import signal
 import statistics
 import subprocess
+import time
 import unittest
 
 from display import Display
@@ -29,7 +30,7 @@ class Probe:
                if name in ("PATH", "LANG", "HOME")}
         self._child = subprocess.Popen([PROGRAMS / "terminal-probe"], text=True,
                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                       env={**env, **environment})
+                                       cwd=machine.folder, env={**env, **environment})
         machine._children.append(self._child)
 
     def ask(self, *words):
@@ -83,7 +84,7 @@ class TerminalsTest(unittest.TestCase):
     def tmux_server(self, *arguments):
         """Runs tmux on a server of the test's own, named by the first arguments."""
         return subprocess.run(["tmux", "-u", "-f", "/dev/null", *arguments], check=True,
-                              capture_output=True, text=True,
+                              capture_output=True, text=True, cwd=self.folder,
                               env={**os.environ, "TMUX_TMPDIR": str(self.folder)}).stdout.strip()
 
     def times(self, probe, name, one, other, rounds=10):
@@ -146,7 +147,7 @@ class TmuxAloneTest(TerminalsTest):
             pid, tty = self.told(file)
             self.assertNotEqual(tty, session[1])
             self.assertEqual(os.readlink(f"/proc/{pid}/cwd"), str(folder))
-        self.assertFalse(list(self.folder.rglob("pwned*")) + list(pathlib.Path().glob("pwned*")))
+        self.assertFalse(list(self.folder.rglob("pwned*")))
         missing = probe.ask("open", *session, f"{folder}-none", command)[0]
         self.assertFalse(missing["ok"])
         self.assertIn("-none", missing["reason"])
@@ -219,6 +220,25 @@ class WindowsTest(TerminalsTest):
         self.times(probe, "tmux in xterm", second, third)
         self.assertEqual(probe.titles(),
                          {first[1]: "first", second[1]: "second", third[1]: "third"})
+
+    def test_tmux_is_shown_where_there_is_a_window(self):
+        command, file = self.script()
+        self.tmux_server("new-session", "-d", "env", command)
+        self.addCleanup(self.tmux_server, "kill-server")
+        session = self.told(file)
+        attach = {"TMUX_TMPDIR": str(self.folder), "TERM": "xterm"}
+        self.machine.spawn("xterm", "-T", "local", "-e", "tmux", "-u", "attach",
+                           DISPLAY=self.display.name, **attach)
+        eventually(lambda: self.tmux_server("list-clients"), what="attached")
+        # As over the network: a terminal without a window, and used last, which tmux counts in seconds.
+        used = int(self.tmux_server("list-clients", "-F", "#{client_activity}"))
+        eventually(lambda: time.time() > used + 1, what="another second")
+        self.machine.spawn("setsid", "script", "-qc", "tmux -u attach", "/dev/null", **attach)
+        eventually(lambda: len(self.tmux_server("list-clients").split("\n")) == 2, what="both")
+        self.machine.spawn("xterm", "-T", "foreign", DISPLAY=self.display.name)
+        eventually(lambda: self.active_title() == "foreign", what="the foreign window")
+        self.assertEqual(self.probe.jump(session), {"ok": True, "reason": ""})
+        self.assertEqual(self.active_title(), "local")
 
     def test_tmux_in_tmux(self):
         command, file = self.script("inner")
@@ -356,7 +376,7 @@ class WindowsTest(TerminalsTest):
         self.probe.sessions(one, two)
         self.await_titles({one[1]: "one", two[1]: "두 번째"})
         self.assertEqual(self.probe.ask("support")[0], [
-            {"terminal": "kitty", "titles": True, "front": True, "jump": True, "advice": ""}])
+            {"terminal": "kitty", "titles": True, "front": True, "jump": True, "open": True, "advice": ""}])
         three = self.xterm(title="xterm")
         self.probe.sessions(one, two, three)
         self.jump_about("kitty", one, two, three)
@@ -460,14 +480,24 @@ class WindowsTest(TerminalsTest):
 
     def test_tilix(self):
         self.bus()
-        command, file = self.script("one")
+        command, file, one_keys = self.listener()
         self.program("tilix", "-e", command)
         one = self.told(file)
         eventually(lambda: self.windows_of("tilix"), what="its window")
-        two, three = self.second_tab(one, "two"), self.xterm(title="xterm")
+        three = self.xterm(title="xterm")
+        self.probe.sessions(one, three)
+        self.await_titles({three[1]: "xterm"})  # its own window is not called like the tab
+        command, file, two_keys = self.listener()
+        self.assertTrue(self.probe.ask("open", *one, self.folder, command)[0]["ok"])
+        two = self.told(file)
         self.probe.sessions(one, two, three)
-        for session in (one, three, two, one):
+        for session, keys in ((one, one_keys), (three, None), (two, two_keys), (one, one_keys)):
             self.assertEqual(self.probe.jump(session), {"ok": True, "reason": ""})
+            if keys:
+                before = keys.stat().st_size
+                self.display.output("xdotool", "key", "a")
+                eventually(lambda f=keys, n=before: f.stat().st_size == n + 1,
+                           what=f"a key at {session}")
         self.times(self.probe, "Tilix from and to xterm", one, three)
 
     def test_names_of_folders_are_only_names(self):
@@ -487,7 +517,7 @@ class WindowsTest(TerminalsTest):
                     command, file = self.script()
                     self.assertTrue(self.probe.ask("open", *near, folder, command)[0]["ok"])
                     self.assertEqual(os.readlink(f"/proc/{self.told(file)[0]}/cwd"), str(folder))
-        self.assertFalse(list(self.folder.rglob("pwned*")) + list(pathlib.Path().glob("pwned*")))
+        self.assertFalse(list(self.folder.rglob("pwned*")))
 
     def test_nothing_is_started_by_asking(self):
         self.bus()
@@ -511,7 +541,8 @@ class WindowsTest(TerminalsTest):
                 self.await_titles({one[1]: "one", two[1]: "두 번째"})
                 self.jump_about(name, one, two)
                 self.assertEqual(self.probe.ask("support")[0], [
-                    {"terminal": name, "titles": True, "front": True, "jump": True, "advice": ""}])
+                    {"terminal": name, "titles": True, "front": True, "jump": True, "open": True,
+                     "advice": ""}])
 
     def test_opens_somewhere_without_any_session(self):
         command, file = self.script("one")

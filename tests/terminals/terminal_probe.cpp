@@ -25,6 +25,7 @@ Json supportOf(const std::vector<Support>& all) {
                     {"titles", one.titles},
                     {"front", one.front},
                     {"jump", one.jump},
+                    {"open", one.open},
                     {"advice", one.advice}});
   }
   return list;

@@ -93,8 +93,13 @@ bool GnomeTerminalHost::open(const OpenRequest& request, const Place& near) {
 }
 
 Support GnomeTerminalHost::support(const Place&) {
-  if (!names(nullptr).empty()) return {name(), true, true, true, ""};
-  return {name(), false, false, false,
+  const bool opens = programPath("gnome-terminal").has_value();
+  if (!names(nullptr).empty()) return {name(), true, true, true, opens, ""};
+  return {name(),
+          false,
+          false,
+          false,
+          opens,
           LF("%@ 를 실행하고 그놈 터미널 창을 모두 닫았다가 다시 열면 탭까지 찾아가요.",
              {"gsettings set org.gnome.Terminal.Legacy.Settings shell-integration-enabled true"})};
 }

@@ -14,6 +14,8 @@ class GnomeTerminalHost : public TerminalHost {
   explicit GnomeTerminalHost(std::shared_ptr<Bus> bus) : bus_(std::move(bus)) {}
 
   std::string name() const override { return "GNOME Terminal"; }
+  bool callsWindowsLikeTheirTabs() const override { return true; }
+  bool raisesItself() const override { return true; }
   void beginCall() override { bus_->forgive(); }
   bool owns(const Place& place) const override { return place.owner().name == "gnome-terminal-"; }
   Titles titles(const std::vector<Place>& places) override;

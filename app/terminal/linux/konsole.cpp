@@ -182,9 +182,13 @@ bool KonsoleHost::open(const OpenRequest& request, const Place& near) {
 
 Support KonsoleHost::support(const Place& place) {
   const auto tab = tabOf(serviceOf(place), place);
-  if (!tab) return {name(), false, false, false, ""};
+  if (!tab) return {name()};
   const bool titled = hasOwnTitle(serviceOf(place), tab->session);
-  return {name(), titled, true, true,
+  return {name(),
+          titled,
+          true,
+          true,
+          true,
           titled
               ? ""
               : L("Konsole 프로필의 탭 제목 형식을 %w 로 바꾸면 프로그램이 정한 제목이 보여요.")};

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "app/terminal/linux/konsole.h"
+#include "app/terminal/linux/open_window.h"
 #include "app/terminal/linux/sway_desktop.h"
 
 namespace zelvane {
@@ -25,6 +26,17 @@ TEST(Konsole, TypesOnlyWhatEveryShellQuotesAlike) {
     EXPECT_FALSE(canBeTyped({text, {"sh"}})) << text;
     EXPECT_FALSE(canBeTyped({"/a", {"sh", text}})) << text;
   }
+}
+
+TEST(OpenWindow, KnowsProgramsByTheirProcessesToo) {
+  const OpenRequest request{"/a", {"sh", "-c", "a 'b'; c"}};
+  EXPECT_THAT(windowWords("wezterm-gui", request),
+              ElementsAre("start", "--", "sh", "-c", "a 'b'; c"));
+  EXPECT_THAT(windowWords("gnome-terminal-", request), ElementsAre("--", "sh", "-c", "a 'b'; c"));
+  EXPECT_THAT(windowWords("tilix", request),
+              ElementsAre("--action=app-new-session", "-e", "sh -c 'a '\"'\"'b'\"'\"'; c'"));
+  EXPECT_THAT(windowWords("xterm", {"/a", {"ls"}}), ElementsAre("-e", "env", "ls"));
+  EXPECT_TRUE(windowWords("memfd:sealed-91", request).empty());
 }
 
 TEST(Sway, FindsWindowsAnywhereInTheTree) {

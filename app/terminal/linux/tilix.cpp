@@ -1,8 +1,6 @@
 #include "app/terminal/linux/tilix.h"
 
-#include "core/text.h"
-
-#include "app/terminal/programs.h"
+#include "app/terminal/linux/open_window.h"
 
 namespace zelvane {
 namespace {
@@ -22,15 +20,12 @@ std::optional<SelectedTab> TilixHost::select(const Place& place) {
 }
 
 bool TilixHost::open(const OpenRequest& request, const Place&) {
-  std::string command;
-  for (const auto& word : request.argv) command += (command.empty() ? "" : " ") + shellQuote(word);
-  return startApart("tilix", {"--action=app-new-session", "-w", request.folder, "-e", command},
-                    request.folder);
+  return openWindowOf("tilix", request);
 }
 
 Support TilixHost::support(const Place& place) {
   const bool answers = !place.variable("TILIX_ID").empty() && bus_->hasOwner(actions().name);
-  return {name(), false, false, answers, ""};
+  return {name(), false, false, answers, canOpenWindowOf("tilix"), ""};
 }
 
 }  // namespace zelvane

@@ -13,6 +13,7 @@ class TilixHost : public TerminalHost {
   explicit TilixHost(std::shared_ptr<Bus> bus) : bus_(std::move(bus)) {}
 
   std::string name() const override { return "Tilix"; }
+  bool raisesItself() const override { return true; }
   void beginCall() override { bus_->forgive(); }
   bool owns(const Place& place) const override { return place.owner().name == "tilix"; }
   Titles titles(const std::vector<Place>&) override { return {}; }

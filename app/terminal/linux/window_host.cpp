@@ -9,7 +9,7 @@ bool WindowHost::open(const OpenRequest& request, const Place& near) {
 }
 
 Support WindowHost::support(const Place& place) {
-  return {place.owner().name, false, false, false, ""};
+  return {place.owner().name, false, false, false, canOpenWindowOf(place.owner().name), ""};
 }
 
 }  // namespace zelvane
