@@ -21,7 +21,8 @@ class TranscriptReader {
   static constexpr std::size_t usualTail = 65'536;  ///< bytes
   static constexpr std::size_t deepTail = 524'288;  ///< bytes, when the usual tail names no model
   static constexpr Seconds betweenReads{30};        ///< of one session
-  static constexpr Seconds betweenDeepReads{300};   ///< of one session
+  /// Of one session; a file that was read whole and named no model yet does not count.
+  static constexpr Seconds betweenDeepReads{300};
 
   /// `projects`: the folder with one folder of transcripts per project.
   TranscriptReader(std::string projects, std::shared_ptr<const TranscriptFiles> files)
@@ -31,8 +32,9 @@ class TranscriptReader {
   /// the id is no plain file name.
   std::optional<std::string> findTranscript(const std::string& sessionId);
 
-  /// What the transcript at the path tells; all unknown without one. Opens the file only when its
-  /// size changed since the session's last read and that is `betweenReads` ago.
+  /// What the transcript at the path tells; all unknown without one. Opens the file only when the
+  /// session's last read is `betweenReads` ago, and its size changed since or that read left a
+  /// question open.
   ModelInfo modelInfo(const std::string& sessionId, const std::optional<std::string>& path,
                       Time now);
 
@@ -41,10 +43,12 @@ class TranscriptReader {
     std::optional<std::uint64_t> size;  ///< bytes when last read; nothing: that failed
     ModelInfo info;
     Time at = distantPast;
+    bool shallow = false;  ///< no model is known, and a deep read may still find one
   };
   struct Reading {
     TailFindings found;
-    std::uint64_t bytes = 0;  ///< of the last tail read; 0 when nothing could be read
+    std::uint64_t bytes = 0;   ///< of the last tail read; 0 when nothing could be read
+    bool deepMissing = false;  ///< a deep read was wanted, and refused or failed
   };
 
   struct File {
@@ -53,6 +57,8 @@ class TranscriptReader {
     SuggestedBefore suggestedBefore;
   };
 
+  bool isDue(const CacheRecord& last, const std::string& sessionId, std::uint64_t size,
+             Time now) const;
   Reading read(const std::string& sessionId, const File& file, Time now);
   std::optional<Reading> readTail(const File& file, std::size_t most) const;
   bool deepReadAllowed(const std::string& sessionId, Time now) const;

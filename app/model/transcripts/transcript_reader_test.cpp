@@ -95,6 +95,34 @@ TEST_F(Reader, LooksDeeperWhenTheTailNamesNoModel) {
   EXPECT_THAT(readsSince(), ElementsAre(65'536, 524'288));
 }
 
+/// The client writes tens of kilobytes before a new session's first answer, and more right behind.
+TEST_F(Reader, FindsAFirstAnswerThatWasBuriedAtOnce) {
+  struct Case {
+    std::string what;
+    std::size_t before;
+    std::map<int, std::size_t> readsAt;  ///< how many, by second
+    int knownAt;
+  };
+  const std::vector<Case> cases = {
+      {"a young file", 91'000, {{0, 2}, {11, 0}, {40, 2}, {71, 0}}, 40},
+      {"one of which the deep read saw only the end",
+       600'000,
+       {{0, 2}, {11, 0}, {40, 1}, {71, 0}, {300, 0}, {301, 2}, {700, 0}},
+       301},
+  };
+  for (const auto& [what, before, readsAt, knownAt] : cases) {
+    auto door = std::make_shared<FakeFiles>();
+    TranscriptReader fresh("/p", door);
+    auto& text = door->files["/t"] = bulk(before);
+    for (const auto& [second, reads] : readsAt) {
+      if (second == 11) text += bulk(30) + assistant("claude-opus-5-5") + bulk(65'500);
+      const auto info = fresh.modelInfo("s", "/t", start + Seconds(second));
+      EXPECT_EQ(info.model, second < knownAt ? "" : "Opus 5.5") << what << " at " << second;
+      EXPECT_EQ(std::exchange(door->reads, {}).size(), reads) << what << " at " << second;
+    }
+  }
+}
+
 TEST_F(Reader, KeepsASuggestionWhileNothingSpeaksAgainstIt) {
   struct Case {
     std::string what, added, suggestion;
