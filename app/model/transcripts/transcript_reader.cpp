@@ -47,7 +47,7 @@ ModelInfo TranscriptReader::modelInfo(const std::string& sessionId,
 bool TranscriptReader::isDue(const CacheRecord& last, const std::string& sessionId,
                              std::uint64_t size, Time now) const {
   if (within(betweenReads, last.at, now)) return false;
-  return last.size != size || (last.shallow && deepReadAllowed(sessionId, now));
+  return last.size != size || last.failed || (last.shallow && deepReadAllowed(sessionId, now));
 }
 
 bool TranscriptReader::deepReadAllowed(const std::string& sessionId, Time now) const {
@@ -84,7 +84,9 @@ TranscriptReader::CacheRecord TranscriptReader::recordAfter(const CacheRecord& p
                                                             Reading reading, std::uint64_t size,
                                                             Time now) {
   // Nothing new is known, but the file is left in peace for a while.
-  if (reading.bytes == 0 && size > 0) return {std::nullopt, previous.info, now};
+  if (reading.bytes == 0 && size > 0) {
+    return {previous.size, previous.info, now, /*failed=*/true};
+  }
   ModelInfo info = std::move(reading.found.info);
   if (info.suggestedEffort.empty() && !reading.found.passedPrompt && previous.size) {
     // Unless there are new lines that nobody read, the suggestion still follows the last prompt.
@@ -97,7 +99,7 @@ TranscriptReader::CacheRecord TranscriptReader::recordAfter(const CacheRecord& p
     info.effort = previous.info.effort;
   }
   const bool shallow = info.model.empty() && reading.deepMissing;
-  return {size, std::move(info), now, shallow};
+  return {size, std::move(info), now, /*failed=*/false, shallow};
 }
 
 }  // namespace zelvane

@@ -40,9 +40,10 @@ class TranscriptReader {
 
  private:
   struct CacheRecord {
-    std::optional<std::uint64_t> size;  ///< bytes when last read; nothing: that failed
+    std::optional<std::uint64_t> size;  ///< bytes when last read without a failure
     ModelInfo info;
     Time at = distantPast;
+    bool failed = false;   ///< the last read
     bool shallow = false;  ///< no model is known, and a deep read may still find one
   };
   struct Reading {

@@ -144,8 +144,13 @@ TEST_F(Reader, KeepsASuggestionWhileNothingSpeaksAgainstIt) {
   }
   file = bulk(1000) + suggesting;
   (void)infoAt(0);
+  file += bulk(65'400) + tools;
+  files->broken = true;
+  EXPECT_EQ(infoAt(30).suggestedEffort, "high");
+  files->broken = false;
+  EXPECT_EQ(infoAt(60).suggestedEffort, "high") << "a read that failed left nothing unread";
   file = assistant("claude-opus-4");
-  EXPECT_EQ(infoAt(30).suggestedEffort, "") << "a file that shrank is another one";
+  EXPECT_EQ(infoAt(90).suggestedEffort, "") << "a file that shrank is another one";
 }
 
 TEST_F(Reader, FailuresAreSilentAndTriedAgain) {
