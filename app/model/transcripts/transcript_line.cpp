@@ -129,9 +129,33 @@ class Walker {
   }
 
   bool skipScalar() {
+    switch (next()) {
+      case 't':
+        return skipWord("true");
+      case 'f':
+        return skipWord("false");
+      case 'n':
+        return skipWord("null");
+      default:
+        return skipNumber();
+    }
+  }
+
+  bool skipWord(std::string_view word) {
+    if (!std::string_view(at_, static_cast<std::size_t>(end_ - at_)).starts_with(word))
+      return false;
+    at_ += word.size();
+    return true;
+  }
+
+  bool skipNumber() {
     const char* const begin = at_;
-    while (at_ < end_ && !std::strchr(",:]}[{\" \t\r\n", *at_)) ++at_;
+    while (at_ < end_ && isOfNumber(*at_)) ++at_;
     return at_ > begin;
+  }
+
+  static bool isOfNumber(char c) {
+    return (c >= '0' && c <= '9') || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E';
   }
 
   const char* at_;

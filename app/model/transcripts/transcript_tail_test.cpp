@@ -71,6 +71,11 @@ TEST(TranscriptTail, FindsTheLastModelAndEffort) {
       {R"({"model":"claude-haiku-1"},"type":"assistant"})", "", ""},
       {R"({"type":"assistant","effort":"low"} {})", "", ""},
       {R"(["type","assistant"])", "", ""},
+      {R"({"type":"assistant","x":nonsense!!,"effort":"low"})", "", ""},
+      {R"({"type":"assistant","x":nul,"effort":"low"})", "", ""},
+      {R"({"type":"assistant","x":trueish,"effort":"low"})", "", ""},
+      {R"({"x":[true,{}],"n":-1.5e+3 ,"t":true,"f":false,"type":"assistant","effort":"low"})", "",
+       "low"},
       {std::string("{\"type\":\"assistant\",\"effort\":\"low\"}\0x", 40), "", ""},
       // A string that ends in backslashes, one that ends in a quote.
       {R"({"cwd":"C:\\","x":"\"","type":"assistant","effort":"low"})", "", "low"},
