@@ -153,9 +153,14 @@ TEST(TranscriptTail, NeitherDepthNorManyQuotesCostMoreThanTheirBytes) {
   EXPECT_EQ(findings(hostile[1]).info.effort, "low");
 }
 
-TEST(TranscriptLine, TakesTheLastOfEqualKeysAsAParserDoes) {
+/// No client writes equal keys.
+TEST(TranscriptLine, OfEqualKeysTheLastCountsUnlessATypeBeforeItTellsEnough) {
   EXPECT_FALSE(transcriptLine(R"({"type":"user","type":"system"})"));
+  EXPECT_FALSE(transcriptLine(R"({"type":"system","type":"user"})"));
   EXPECT_EQ(transcriptLine(R"({"type":"user","effort":"a","effort":"b"})")->effort, "b");
+}
+
+TEST(TranscriptLine, UnescapesTexts) {
   EXPECT_EQ(plainText(R"(a\"\uD55C\n)"), "a\"한\n");
   EXPECT_FALSE(plainText(R"(\x)"));
 }
