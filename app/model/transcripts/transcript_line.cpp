@@ -78,10 +78,11 @@ class Walker {
   }
 
  private:
-  /// Most strings are short, and a call costs more than looking at eight bytes at once.
+  /// Most strings are no longer than a UUID, and a call costs more than looking at eight bytes at
+  /// once.
   const char* nextQuote(const char* from) const {
     constexpr std::ptrdiff_t word = sizeof(std::uint64_t);
-    for (int i = 0; i < 4 && end_ - from >= word; ++i, from += word) {
+    for (int i = 0; i < 6 && end_ - from >= word; ++i, from += word) {
       if (const auto quotes = quotesIn(from)) return from + std::countr_zero(quotes) / 8;
     }
     return static_cast<const char*>(std::memchr(from, '"', static_cast<std::size_t>(end_ - from)));
