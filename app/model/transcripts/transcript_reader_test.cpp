@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <numeric>
 #include <sys/stat.h>
 
 #include "tests/support/temporary_folder.h"
@@ -120,6 +121,39 @@ TEST_F(Reader, FindsAFirstAnswerThatWasBuriedAtOnce) {
       EXPECT_EQ(info.model, second < knownAt ? "" : "Opus 5.5") << what << " at " << second;
       EXPECT_EQ(std::exchange(door->reads, {}).size(), reads) << what << " at " << second;
     }
+  }
+}
+
+TEST_F(Reader, TwoHundredSessionsCostTheirTails) {
+  struct Pass {
+    std::string what;
+    double second;
+    bool grown;
+    std::size_t reads, bytes;
+  };
+  constexpr std::size_t sessions = 200;
+  constexpr std::size_t tails = sessions * TranscriptReader::usualTail;
+  const std::vector<Pass> passes = {
+      {"at first, with 50 deep reads", 0, false, 250, tails + 50 * TranscriptReader::deepTail},
+      {"unchanged", 10, false, 0, 0},
+      {"grown, too early", 20, true, 0, 0},
+      {"grown", 30, false, 200, tails},
+      {"unchanged, later", 400, false, 0, 0},
+      {"grown, after long", 430, true, 250, tails + 50 * TranscriptReader::deepTail},
+  };
+  for (std::size_t i = 0; i < sessions; ++i) {
+    files->files["/" + std::to_string(i)] =
+        bulk(600'000) + assistant("claude-opus-4") + bulk(i % 4 == 0 ? 90'000 : 100);
+  }
+  for (const auto& [what, second, grown, reads, bytes] : passes) {
+    for (std::size_t i = 0; i < sessions; ++i) {
+      const auto name = std::to_string(i);
+      if (grown) files->files["/" + name] += tools;
+      EXPECT_EQ(reader.modelInfo(name, "/" + name, start + Seconds(second)).model, "Opus 4");
+    }
+    const auto read = readsSince();
+    EXPECT_EQ(read.size(), reads) << what;
+    EXPECT_EQ(std::accumulate(read.begin(), read.end(), std::size_t{0}), bytes) << what;
   }
 }
 
