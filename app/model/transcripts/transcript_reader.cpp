@@ -19,13 +19,13 @@ bool isUsablePath(const std::string& path) {
 }  // namespace
 
 std::optional<std::string> TranscriptReader::findTranscript(const std::string& sessionId) {
-  const auto known = transcriptPaths.find(sessionId);
-  if (known != transcriptPaths.end()) return known->second;
+  const auto known = transcriptPaths_.find(sessionId);
+  if (known != transcriptPaths_.end()) return known->second;
   if (!isSafeFileName(sessionId)) return std::nullopt;
   for (const auto& project : files_->entries(projects_)) {
     auto path = projects_ + "/" + project + "/" + sessionId + ".jsonl";
     if (!files_->size(path)) continue;
-    transcriptPaths[sessionId] = path;
+    transcriptPaths_[sessionId] = path;
     return path;
   }
   return std::nullopt;
@@ -36,7 +36,7 @@ ModelInfo TranscriptReader::modelInfo(const std::string& sessionId,
   if (!path || !isUsablePath(*path)) return {};
   const auto size = files_->size(*path);
   if (!size) return {};
-  CacheRecord& record = modelCache[sessionId];
+  CacheRecord& record = modelCache_[sessionId];
   if (!isDue(record, sessionId, *size, now)) return record.info;
   const auto before =
       record.info.suggestedEffort.empty() ? SuggestedBefore::no : SuggestedBefore::yes;
@@ -51,8 +51,8 @@ bool TranscriptReader::isDue(const CacheRecord& last, const std::string& session
 }
 
 bool TranscriptReader::deepReadAllowed(const std::string& sessionId, Time now) const {
-  const auto last = deepReadAt.find(sessionId);
-  return last == deepReadAt.end() || last->second > now || now - last->second > betweenDeepReads;
+  const auto last = deepReadAt_.find(sessionId);
+  return last == deepReadAt_.end() || last->second > now || now - last->second > betweenDeepReads;
 }
 
 TranscriptReader::Reading TranscriptReader::read(const std::string& sessionId, const File& file,
@@ -65,7 +65,7 @@ TranscriptReader::Reading TranscriptReader::read(const std::string& sessionId, c
   if (!deep) return {usual->found, usual->bytes, /*deepMissing=*/true};
   // A new session's first answer may be followed at once by more than the usual tail holds: having
   // looked for it too early must not hide it for minutes.
-  if (!deep->found.info.model.empty() || file.size > deepTail) deepReadAt[sessionId] = now;
+  if (!deep->found.info.model.empty() || file.size > deepTail) deepReadAt_[sessionId] = now;
   return *std::move(deep);
 }
 

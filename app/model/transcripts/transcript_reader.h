@@ -68,9 +68,9 @@ class TranscriptReader {
 
   std::string projects_;
   std::shared_ptr<const TranscriptFiles> files_;
-  std::map<std::string, std::string> transcriptPaths;  ///< by session id
-  std::map<std::string, CacheRecord> modelCache;       ///< by session id
-  std::map<std::string, Time> deepReadAt;              ///< by session id
+  std::map<std::string, std::string> transcriptPaths_;  ///< by session id
+  std::map<std::string, CacheRecord> modelCache_;       ///< by session id
+  std::map<std::string, Time> deepReadAt_;              ///< by session id
 };
 
 }  // namespace zelvane
