@@ -57,7 +57,11 @@ void giveCharacters(const RefreshInputs& inputs, const std::set<std::string>& li
                     FriendMemory& friends) {
   std::vector<std::string> ids;
   for (const auto& live : inputs.live) ids.push_back(live.proc.sessionId);
-  std::mt19937_64 numbers(inputs.chance);
+  // Ids are random themselves; a command that may save nothing draws the same again.
+  std::string all;
+  for (const auto& id : ids) all += id + '/';
+  std::seed_seq seed(all.begin(), all.end());
+  std::mt19937_64 numbers(seed);
   const Random random = [&](std::size_t below) { return numbers() % below; };
   assignFriends(ids, liveBefore, inputs.friendCount, friends, random, now);
 }

@@ -237,6 +237,8 @@ TEST(RefreshPass, GivesEachSessionACharacterThatStays) {
   const auto first = refreshPass(given, {}, now + Seconds(30));
   EXPECT_NE(first.rows[0].friendIndex, first.rows[1].friendIndex);
   EXPECT_TRUE(first.saveFriends);
+  EXPECT_EQ(refreshPass(given, {}, now).memory.friends.friendOf, first.memory.friends.friendOf)
+      << "and the same one where nothing is remembered";
   std::swap(given.live[0], given.live[1]);
   given.live.insert(given.live.begin(), live(3, "c"));
   const auto second = refreshPass(given, first.memory, now + Seconds(40));
