@@ -205,7 +205,7 @@ TEST(RefreshPass, CarriesNotesOnlyAfterAClear) {
     const auto result = refreshPass(given, before, now + Seconds(later));
     EXPECT_EQ(result.carries == (std::vector<NotesCarry>{{"old", "new"}}), carried) << what;
     EXPECT_EQ(result.rows[0].title == "title", carried) << what;
-    EXPECT_EQ(result.rows[0].friendIndex == 7, carried) << what;
+    EXPECT_EQ(result.rows[0].friendIndex == 7, carried || pending) << what;
     EXPECT_EQ(!result.memory.pendingCarry.empty(), pending) << what;
     EXPECT_THAT(refreshPass(given, result.memory, now + Seconds(later)).carries, IsEmpty())
         << what << ", only once";
