@@ -195,11 +195,12 @@ struct Sessions {
 };
 
 void pass(const char* what, TranscriptReader& reader, CountingFiles& files, double second) {
+  const Time now = start + Seconds(second);
   files.opens = files.bytes = 0;
   const double begin = microseconds();
   for (int i = 0; i < 200; ++i) {
     const auto id = "session-" + std::to_string(i);
-    const auto info = reader.modelInfo(id, reader.findTranscript(id), start + Seconds(second));
+    const auto info = reader.modelInfo(id, reader.findTranscript(id, now), now);
     if (info.model != "Opus 5.5") std::abort();
   }
   std::printf("200 sessions of 200 MB, %-34s %4zu opens, %9zu bytes, %6.2f ms\n", what, files.opens,

@@ -125,7 +125,7 @@ decltype(RefreshSources::modelInfo) transcriptSource() {
   const auto reader = std::make_shared<TranscriptReader>(Paths::home() + "/.claude/projects",
                                                          systemTranscriptFiles());
   return [reader](const std::string& id, const std::optional<std::string>& transcript, Time now) {
-    return reader->modelInfo(id, transcript ? transcript : reader->findTranscript(id), now);
+    return reader->modelInfo(id, transcript ? transcript : reader->findTranscript(id, now), now);
   };
 }
 

@@ -18,11 +18,16 @@ bool isUsablePath(const std::string& path) {
 
 }  // namespace
 
-std::optional<std::string> TranscriptReader::findTranscript(const std::string& sessionId) {
+std::optional<std::string> TranscriptReader::findTranscript(const std::string& sessionId,
+                                                            Time now) {
   const auto known = transcriptPaths_.find(sessionId);
   if (known != transcriptPaths_.end()) return known->second;
   if (!isSafeFileName(sessionId)) return std::nullopt;
-  for (const auto& project : files_->entries(projects_)) {
+  if (projectsListed_ != now) {
+    projectNames_ = files_->entries(projects_);
+    projectsListed_ = now;
+  }
+  for (const auto& project : projectNames_) {
     auto path = projects_ + "/" + project + "/" + sessionId + ".jsonl";
     if (!files_->size(path)) continue;
     transcriptPaths_[sessionId] = path;

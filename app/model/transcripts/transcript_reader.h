@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/time.h"
 
@@ -29,8 +30,8 @@ class TranscriptReader {
       : projects_(std::move(projects)), files_(std::move(files)) {}
 
   /// The path of the session's transcript, remembered once found; nothing when there is none, or
-  /// the id is no plain file name.
-  std::optional<std::string> findTranscript(const std::string& sessionId);
+  /// the id is no plain file name. Lists the projects once for all sessions of one `now`.
+  std::optional<std::string> findTranscript(const std::string& sessionId, Time now);
 
   /// What the transcript at the path tells; all unknown without one. Opens the file only when the
   /// session's last read is `betweenReads` ago, and its size changed since or that read left a
@@ -68,6 +69,8 @@ class TranscriptReader {
 
   std::string projects_;
   std::shared_ptr<const TranscriptFiles> files_;
+  std::vector<std::string> projectNames_;
+  std::optional<Time> projectsListed_;
   std::map<std::string, std::string> transcriptPaths_;  ///< by session id
   std::map<std::string, CacheRecord> modelCache_;       ///< by session id
   std::map<std::string, Time> deepReadAt_;              ///< by session id

@@ -210,16 +210,19 @@ TEST_F(Reader, FailuresAreSilentAndTriedAgain) {
 
 TEST_F(Reader, FindsATranscriptOnceItIsThere) {
   files->projects = {"-a", "-b"};
-  EXPECT_EQ(reader.findTranscript("s"), std::nullopt);
+  const Time later = start + Seconds(1);
+  EXPECT_EQ(reader.findTranscript("s", start), std::nullopt);
+  EXPECT_EQ(reader.findTranscript("other", start), std::nullopt);
+  EXPECT_EQ(files->listings, 1) << "one pass lists the projects once";
   files->files["/p/-b/s.jsonl"] = "x";
-  EXPECT_EQ(reader.findTranscript("s"), "/p/-b/s.jsonl");
+  EXPECT_EQ(reader.findTranscript("s", later), "/p/-b/s.jsonl");
   files->projects.clear();
-  EXPECT_EQ(reader.findTranscript("s"), "/p/-b/s.jsonl");
+  EXPECT_EQ(reader.findTranscript("s", later + Seconds(1)), "/p/-b/s.jsonl");
   EXPECT_EQ(files->listings, 2);
   files->projects = {"-b"};
   files->files["/p/-b/../x.jsonl"] = "x";
   for (const char* id : {"../x", "", ".x", "a/b"})
-    EXPECT_EQ(reader.findTranscript(id), std::nullopt);
+    EXPECT_EQ(reader.findTranscript(id, later + Seconds(2)), std::nullopt);
   EXPECT_EQ(files->listings, 2) << "what is no file name is not looked for";
 }
 
@@ -247,7 +250,7 @@ TEST(SystemTranscriptFiles, ReadsRegularFilesOnly) {
     const auto path = folder.path("projects/-a/") + name + ".jsonl";
     EXPECT_EQ(files->size(path), std::nullopt) << name;
     EXPECT_EQ(files->read(path, 0, buffer.data(), buffer.size()), std::nullopt) << name;
-    EXPECT_EQ(reader.findTranscript(name), std::nullopt) << name;
+    EXPECT_EQ(reader.findTranscript(name, start), std::nullopt) << name;
   }
 }
 
