@@ -88,15 +88,33 @@ std::string promptLine() {
                {"origin", {{"kind", "human"}}}});
 }
 
-/// A line as the client writes it around conversations: the words stand deep inside, `type` late.
-std::string bulkLine(std::size_t bytes) {
+/// What goes along with a prompt, the tools above all: `type` stands behind it.
+std::string attachmentLine(std::size_t bytes) {
+  Ordered parameters = Ordered::object();
+  for (const char* name : {"command", "timeout", "description", "path", "limit"}) {
+    parameters[name] = {{"description", "What this parameter is for, and when to leave it out"},
+                        {"type", "string"}};
+  }
+  const Ordered tool = {
+      {"name", "Tool"},
+      {"description", repeated("A sentence or two of instructions, one line of many.\n", 2'000)},
+      {"schema", {{"name", "Tool"}, {"input_schema", {{"properties", parameters}}}}}};
+  Ordered tools = Ordered::array();
+  for (std::size_t size = 0; size < bytes; size += tool.dump().size()) tools.push_back(tool);
+  return line(
+      {{"attachment", {{"type", "prompt_snapshot"}, {"tools", tools}}}, {"type", "attachment"}});
+}
+
+/// What was sent: `type` is its first member, and every word of a conversation occurs.
+std::string requestLine(std::size_t bytes) {
   Ordered messages = Ordered::array();
   for (std::size_t size = 0; size < bytes; size += 300) {
     messages.push_back(
         {{"role", size % 600 == 0 ? "user" : "assistant"},
          {"content", Ordered::array({{{"type", "text"}, {"text", std::string(220, 'x')}}})}});
   }
-  return line({{"request", {{"messages", messages}}}, {"type", "api-request"}});
+  return Ordered({{"type", "api-request-shape"}, {"shape", {{"messages", messages}}}}).dump() +
+         "\n";
 }
 
 /// Appends to the file what makes its last bytes; what is before them are holes.
@@ -161,7 +179,7 @@ struct Sessions {
       const auto path =
           folder.write("projects/-home-me-" + std::to_string(i % 20) + "/" + id + ".jsonl", "");
       // One in four has its last answer beyond the usual tail.
-      const auto after = i % 4 == 0 ? bulkLine(90'000) : toolLine(repeated("ls -l\n", 2'000));
+      const auto after = i % 4 == 0 ? attachmentLine(90'000) : toolLine(repeated("ls -l\n", 2'000));
       writeSparse(path, promptLine() + assistantLine("ok") + after);
       paths.push_back(path);
     }
@@ -177,11 +195,12 @@ struct Sessions {
 };
 
 void pass(const char* what, TranscriptReader& reader, CountingFiles& files, double second) {
+  const Time now = start + Seconds(second);
   files.opens = files.bytes = 0;
   const double begin = microseconds();
   for (int i = 0; i < 200; ++i) {
     const auto id = "session-" + std::to_string(i);
-    const auto info = reader.modelInfo(id, reader.findTranscript(id), start + Seconds(second));
+    const auto info = reader.modelInfo(id, reader.findTranscript(id, now), now);
     if (info.model != "Opus 5.5") std::abort();
   }
   std::printf("200 sessions of 200 MB, %-34s %4zu opens, %9zu bytes, %6.2f ms\n", what, files.opens,
@@ -198,25 +217,31 @@ int main() {
   };
   const auto usual = TranscriptReader::usualTail;
   const auto said = promptLine() + assistantLine("다 됐어요.");
-  measureTail("one answer, then one bulk line", said + bulkLine(60'000), usual);
+  const auto tool = [](const char* output, std::size_t bytes) {
+    return toolLine(repeated(output, bytes));
+  };
+  measureTail("one answer, then a large attachment", said + attachmentLine(60'000), usual);
+  measureTail("one answer, then a request", said + requestLine(60'000), usual);
   measureTail("answers of prose, no prompt in sight",
               padded("", assistantLine(repeated("그 파일을 고치고 시험했어요. ", 900)), 3 * usual),
               usual);
   measureTail("output of tools, then an answer at the front",
-              said + repeated(toolLine(repeated("drwxr-xr-x 2 me me 4096 src\n", 2'000)), 55'000),
-              usual);
+              said + repeated(tool("drwxr-xr-x 2 me me 4096 src\n", 2'000), 55'000), usual);
   measureTail("output of tools that is JSON in JSON",
-              said + repeated(toolLine(repeated(R"({"key":"value","n":1})", 2'000)), 55'000),
+              said + repeated(tool(R"({"key":"value","n":1})", 2'000), 55'000), usual);
+  measureTail("the shortest lines of tools, 1.3 KB", said + repeated(tool("ok. ", 420), 58'000),
               usual);
-  measureTail("short lines of tools", said + repeated(toolLine("ok"), 60'000), usual);
-  measureTail("answer far back: a usual and a deep tail", said + bulkLine(400'000),
+  measureTail("answer far back: a usual and a deep tail", said + attachmentLine(400'000),
               TranscriptReader::deepTail);
+  // No client writes many of these: the cost of a line, not of its bytes.
+  measureTail(
+      "very short lines only",
+      said + repeated("{\"type\":\"mode\",\"mode\":\"default\",\"sessionId\":\"8\"}\n", 60'000),
+      usual);
 
   const Sessions sessions;
-  CountingFiles* files = nullptr;
-  const auto door = std::make_shared<CountingFiles>();
-  files = door.get();
-  TranscriptReader reader(sessions.folder.path("projects"), door);
+  const auto files = std::make_shared<CountingFiles>();
+  TranscriptReader reader(sessions.folder.path("projects"), files);
   pass("first pass:", reader, *files, 0);
   pass("unchanged:", reader, *files, 10);
   sessions.grow();

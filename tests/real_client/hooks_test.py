@@ -86,6 +86,8 @@ class HooksTest(unittest.TestCase):
         self.shows("prompt", state="working", title="please do mock:slow")
         self.client.says("idle")
         self.shows("turn over", state="done")
+        # Its transcript was looked at before there was an answer, and is again half a minute later.
+        self.shows("its model", 45, model="Opus 5.5", effort="medium")
         # A permission, given.
         self.client.say("please do mock:bash")
         self.client.says("waiting")

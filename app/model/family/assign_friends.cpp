@@ -20,13 +20,16 @@ class Assignment {
     return own.has_value();
   }
 
-  void give(const std::string& id) {
+  /// For one that comes back: its own, unless another has it now.
+  bool takeUp(const std::string& id) {
+    const auto own = ownOf(id);
+    return own && used_.insert(*own).second;
+  }
+
+  void choose(const std::string& id) {
     const auto own = ownOf(id);
     const bool allUsed = used_.size() == count_;
-    if (own && (allUsed || !used_.contains(*own))) {
-      used_.insert(*own);
-      return;
-    }
+    if (own && allUsed) return;
     const auto chosen = allUsed ? random_(count_) : unused(random_(count_ - used_.size()));
     memory_.friendOf[id] = static_cast<std::int64_t>(chosen);
     used_.insert(chosen);
@@ -74,8 +77,12 @@ void assignFriends(const std::vector<std::string>& ids, const std::set<std::stri
   for (const auto& id : ids) {
     if (liveBefore.contains(id) && assignment.keep(id)) given.insert(id);
   }
+  // What is remembered is not given away to a session that was listed earlier.
   for (const auto& id : ids) {
-    if (given.insert(id).second) assignment.give(id);
+    if (!given.contains(id) && assignment.takeUp(id)) given.insert(id);
+  }
+  for (const auto& id : ids) {
+    if (given.insert(id).second) assignment.choose(id);
   }
   for (const auto& id : given) memory.friendSeen[id] = secondsSince1970(now);
   forget(memory, now);

@@ -25,8 +25,8 @@ struct FriendMemory {
 };
 
 /// Gives every session of `ids` one of `count` characters (0 counts as 1): each keeps its own as
-/// long as it lives, and takes it up again within 30 days unless another has it now. Different
-/// ones while there are enough. Forgets what was not seen for longer.
+/// long as it lives, and takes it up again within 30 days unless another has it now. The others
+/// get one that nobody has, while there are. Forgets what was not seen for longer.
 void assignFriends(const std::vector<std::string>& ids, const std::set<std::string>& liveBefore,
                    std::size_t count, FriendMemory& memory, const Random& random, Time now);
 

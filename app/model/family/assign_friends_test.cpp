@@ -6,7 +6,6 @@ namespace zelvane {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::Pair;
 
 const Time now = timeAt(1'800'000'000);
@@ -75,6 +74,12 @@ TEST(AssignFriends, GivesFreeOnesAndLeavesEachItsOwn) {
        2,
        {{"new", 1}, {"old", 1}},
        {{"new", 0}, {"old", 1}}},
+      {"who is remembered, before one that is not",
+       {"new", "old"},
+       {},
+       2,
+       {{"old", 0}},
+       {{"new", 1}, {"old", 0}}},
       {"no characters", {"a", "b"}, {}, 0, {}, {{"a", 0}, {"b", 0}}},
       {"a family that shrank, and nonsense",
        {"a", "b"},

@@ -81,8 +81,8 @@ TEST(Family, TheShippedCharactersCanBeDrawnAndToldApart) {
     EXPECT_THAT(gait, AnyOf("뒤뚱", "종종")) << i;
     EXPECT_GT(distance(color, 0x1c1917), 150) << i << ": the eyes must be seen";
     for (std::size_t other = 0; other < i; ++other) {
-      EXPECT_GE(differences(family[i], family[other]), 12) << i << " and " << other;
-      EXPECT_GE(distance(color, family[other].color), 24) << i << " and " << other;
+      EXPECT_GE(differences(family[i], family[other]), 16) << i << " and " << other;
+      EXPECT_GE(distance(color, family[other].color), 45) << i << " and " << other;
     }
   }
   for (const char* gait : {"뒤뚱", "종종"}) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <random>
 #include <thread>
 
 #include "core/paths.h"
@@ -126,7 +125,7 @@ decltype(RefreshSources::modelInfo) transcriptSource() {
   const auto reader = std::make_shared<TranscriptReader>(Paths::home() + "/.claude/projects",
                                                          systemTranscriptFiles());
   return [reader](const std::string& id, const std::optional<std::string>& transcript, Time now) {
-    return reader->modelInfo(id, transcript ? transcript : reader->findTranscript(id), now);
+    return reader->modelInfo(id, transcript ? transcript : reader->findTranscript(id, now), now);
   };
 }
 
@@ -158,10 +157,6 @@ RefreshSources systemSources(const std::shared_ptr<Terminal>& terminal) {
   };
   sources.alive = Proc::alive;
   sources.friendCount = [] { return Family::all().size(); };
-  sources.randomNumber = [] {
-    std::random_device device;
-    return std::uint64_t{device()} << 32 | device();
-  };
   return sources;
 }
 
@@ -188,7 +183,6 @@ RefreshInputs gather(const RefreshSources& sources, const RefreshMemory& memory,
       pendingItems(sources.rebootSnapshot(), idsOf(inputs.live), sources.folderExists);
   inputs.withoutRow = aliveWithoutRow(sources, memory.burst, idsOf(inputs.live));
   inputs.friendCount = sources.friendCount();
-  inputs.chance = sources.randomNumber();
   return inputs;
 }
 

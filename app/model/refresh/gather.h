@@ -41,7 +41,6 @@ struct RefreshSources {
   std::function<bool(const std::string&)> folderExists = [](const auto&) { return false; };
   std::function<bool(std::int32_t pid)> alive = [](std::int32_t) { return false; };
   std::function<std::size_t()> friendCount = [] { return std::size_t{1}; };
-  std::function<std::uint64_t()> randomNumber = [] { return std::uint64_t{0}; };
 };
 
 /// The sources of this user's machine: the session files and hook records of `Paths`, the process

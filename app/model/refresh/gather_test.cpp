@@ -128,12 +128,10 @@ TEST(Gather, AsksForModelsWithTheRecordsPathAndForCharacters) {
     return ModelInfo{id, path.value_or("none"), ""};
   };
   sources.friendCount = [] { return std::size_t{18}; };
-  sources.randomNumber = [] { return std::uint64_t{7}; };
   const auto inputs = gather(sources, {}, {}, now);
   EXPECT_EQ(inputs.live.at(0).model, (ModelInfo{"a", "none", ""}));
   EXPECT_EQ(inputs.live.at(1).model, (ModelInfo{"b", "/t/b.jsonl", ""}));
   EXPECT_EQ(inputs.friendCount, 18U);
-  EXPECT_EQ(inputs.chance, 7U);
 }
 
 }  // namespace

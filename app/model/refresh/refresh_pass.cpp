@@ -57,7 +57,11 @@ void giveCharacters(const RefreshInputs& inputs, const std::set<std::string>& li
                     FriendMemory& friends) {
   std::vector<std::string> ids;
   for (const auto& live : inputs.live) ids.push_back(live.proc.sessionId);
-  std::mt19937_64 numbers(inputs.chance);
+  // Ids are random themselves; a command that may save nothing draws the same again.
+  std::string all;
+  for (const auto& id : ids) all += id + '/';
+  std::seed_seq seed(all.begin(), all.end());
+  std::mt19937_64 numbers(seed);
   const Random random = [&](std::size_t below) { return numbers() % below; };
   assignFriends(ids, liveBefore, inputs.friendCount, friends, random, now);
 }
@@ -140,7 +144,7 @@ class RowBuilder {
         live.hook->todos->total > 0) {
       row.progress = {live.hook->todos->done, live.hook->todos->total};
     }
-    row.friendIndex = lookedUp(result_.memory.friends.friendOf, id).value_or(0);
+    row.friendIndex = lookedUp(result_.memory.friends.friendOf, characterOwner(id)).value_or(0);
     row.model = live.model.model;
     row.effort = live.model.effort;
     row.suggestedEffort = live.model.suggestedEffort;
@@ -150,6 +154,12 @@ class RowBuilder {
   }
 
  private:
+  /// While it is open whether a tab's character moves to its new session, the tab keeps it.
+  std::string characterOwner(const std::string& id) const {
+    const auto pending = lookedUp(result_.memory.pendingCarry, id);
+    return pending && !pending->ownCharacter ? pending->from : id;
+  }
+
   RowState stateOf(const LiveSession& live) const {
     const auto acked = lookedUp(inputs_.choices.acked, live.proc.sessionId);
     return rowState(live.proc, live.hook, acked ? std::optional(timeAt(*acked)) : std::nullopt,

@@ -55,7 +55,6 @@ struct RefreshInputs {
   std::set<std::int32_t> withoutRow;  ///< processes that live though their row is gone
   std::string home;                   ///< the user's home folder
   std::size_t friendCount = 1;        ///< how many characters there are
-  std::uint64_t chance = 0;           ///< a random number; what is left to chance follows from it
 };
 
 /// What the passes remember from one to the next.

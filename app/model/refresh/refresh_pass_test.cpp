@@ -205,7 +205,7 @@ TEST(RefreshPass, CarriesNotesOnlyAfterAClear) {
     const auto result = refreshPass(given, before, now + Seconds(later));
     EXPECT_EQ(result.carries == (std::vector<NotesCarry>{{"old", "new"}}), carried) << what;
     EXPECT_EQ(result.rows[0].title == "title", carried) << what;
-    EXPECT_EQ(result.rows[0].friendIndex == 7, carried) << what;
+    EXPECT_EQ(result.rows[0].friendIndex == 7, carried || pending) << what;
     EXPECT_EQ(!result.memory.pendingCarry.empty(), pending) << what;
     EXPECT_THAT(refreshPass(given, result.memory, now + Seconds(later)).carries, IsEmpty())
         << what << ", only once";
@@ -237,6 +237,8 @@ TEST(RefreshPass, GivesEachSessionACharacterThatStays) {
   const auto first = refreshPass(given, {}, now + Seconds(30));
   EXPECT_NE(first.rows[0].friendIndex, first.rows[1].friendIndex);
   EXPECT_TRUE(first.saveFriends);
+  EXPECT_EQ(refreshPass(given, {}, now).memory.friends.friendOf, first.memory.friends.friendOf)
+      << "and the same one where nothing is remembered";
   std::swap(given.live[0], given.live[1]);
   given.live.insert(given.live.begin(), live(3, "c"));
   const auto second = refreshPass(given, first.memory, now + Seconds(40));

@@ -30,7 +30,8 @@ struct TranscriptLine {
 };
 
 /// Nothing when the line's own "type" is neither "user" nor "assistant", or it is no whole object;
-/// and possibly when it is a tool's result.
+/// and possibly when it is a tool's result. What does not count is looked at only as far as finding
+/// its end takes: a raw control character in a string or a malformed number passes.
 std::optional<TranscriptLine> transcriptLine(std::string_view line);
 
 /// A text of a line with its escapes resolved, repaired to UTF-8; nothing when it is damaged.

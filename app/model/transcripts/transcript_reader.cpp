@@ -18,14 +18,19 @@ bool isUsablePath(const std::string& path) {
 
 }  // namespace
 
-std::optional<std::string> TranscriptReader::findTranscript(const std::string& sessionId) {
-  const auto known = transcriptPaths.find(sessionId);
-  if (known != transcriptPaths.end()) return known->second;
+std::optional<std::string> TranscriptReader::findTranscript(const std::string& sessionId,
+                                                            Time now) {
+  const auto known = transcriptPaths_.find(sessionId);
+  if (known != transcriptPaths_.end()) return known->second;
   if (!isSafeFileName(sessionId)) return std::nullopt;
-  for (const auto& project : files_->entries(projects_)) {
+  if (projectsListed_ != now) {
+    projectNames_ = files_->entries(projects_);
+    projectsListed_ = now;
+  }
+  for (const auto& project : projectNames_) {
     auto path = projects_ + "/" + project + "/" + sessionId + ".jsonl";
     if (!files_->size(path)) continue;
-    transcriptPaths[sessionId] = path;
+    transcriptPaths_[sessionId] = path;
     return path;
   }
   return std::nullopt;
@@ -36,21 +41,23 @@ ModelInfo TranscriptReader::modelInfo(const std::string& sessionId,
   if (!path || !isUsablePath(*path)) return {};
   const auto size = files_->size(*path);
   if (!size) return {};
-  const auto known = modelCache.find(sessionId);
-  if (known != modelCache.end() &&
-      (known->second.size == size || within(betweenReads, known->second.at, now))) {
-    return known->second.info;
-  }
-  CacheRecord& record = modelCache[sessionId];
+  CacheRecord& record = modelCache_[sessionId];
+  if (!isDue(record, sessionId, *size, now)) return record.info;
   const auto before =
       record.info.suggestedEffort.empty() ? SuggestedBefore::no : SuggestedBefore::yes;
   record = recordAfter(record, read(sessionId, {*path, *size, before}, now), *size, now);
   return record.info;
 }
 
+bool TranscriptReader::isDue(const CacheRecord& last, const std::string& sessionId,
+                             std::uint64_t size, Time now) const {
+  if (within(betweenReads, last.at, now)) return false;
+  return last.size != size || last.failed || (last.shallow && deepReadAllowed(sessionId, now));
+}
+
 bool TranscriptReader::deepReadAllowed(const std::string& sessionId, Time now) const {
-  const auto last = deepReadAt.find(sessionId);
-  return last == deepReadAt.end() || last->second > now || now - last->second > betweenDeepReads;
+  const auto last = deepReadAt_.find(sessionId);
+  return last == deepReadAt_.end() || last->second > now || now - last->second > betweenDeepReads;
 }
 
 TranscriptReader::Reading TranscriptReader::read(const std::string& sessionId, const File& file,
@@ -58,9 +65,13 @@ TranscriptReader::Reading TranscriptReader::read(const std::string& sessionId, c
   const auto usual = readTail(file, usualTail);
   if (!usual) return {};
   const bool enough = file.size <= usualTail || !usual->found.info.model.empty();
-  if (enough || !deepReadAllowed(sessionId, now)) return *usual;
-  deepReadAt[sessionId] = now;
-  return readTail(file, deepTail).value_or(*usual);
+  if (enough) return *usual;
+  auto deep = deepReadAllowed(sessionId, now) ? readTail(file, deepTail) : std::nullopt;
+  if (!deep) return {usual->found, usual->bytes, /*deepMissing=*/true};
+  // A new session's first answer may be followed at once by more than the usual tail holds: having
+  // looked for it too early must not hide it for minutes.
+  if (!deep->found.info.model.empty() || file.size > deepTail) deepReadAt_[sessionId] = now;
+  return *std::move(deep);
 }
 
 std::optional<TranscriptReader::Reading> TranscriptReader::readTail(const File& file,
@@ -69,7 +80,8 @@ std::optional<TranscriptReader::Reading> TranscriptReader::readTail(const File& 
   const auto buffer = std::make_unique_for_overwrite<char[]>(length);
   const auto count = files_->read(file.path, file.size - length, buffer.get(), length);
   if (!count) return std::nullopt;
-  return Reading{tailFindings({buffer.get(), *count}, file.suggestedBefore), *count};
+  return Reading{.found = tailFindings({buffer.get(), *count}, file.suggestedBefore),
+                 .bytes = *count};
 }
 
 /// What is known once the reading is weighed against what was known before.
@@ -77,7 +89,9 @@ TranscriptReader::CacheRecord TranscriptReader::recordAfter(const CacheRecord& p
                                                             Reading reading, std::uint64_t size,
                                                             Time now) {
   // Nothing new is known, but the file is left in peace for a while.
-  if (reading.bytes == 0 && size > 0) return {std::nullopt, previous.info, now};
+  if (reading.bytes == 0 && size > 0) {
+    return {previous.size, previous.info, now, /*failed=*/true};
+  }
   ModelInfo info = std::move(reading.found.info);
   if (info.suggestedEffort.empty() && !reading.found.passedPrompt && previous.size) {
     // Unless there are new lines that nobody read, the suggestion still follows the last prompt.
@@ -89,7 +103,8 @@ TranscriptReader::CacheRecord TranscriptReader::recordAfter(const CacheRecord& p
     info.model = previous.info.model;
     info.effort = previous.info.effort;
   }
-  return {size, std::move(info), now};
+  const bool shallow = info.model.empty() && reading.deepMissing;
+  return {size, std::move(info), now, /*failed=*/false, shallow};
 }
 
 }  // namespace zelvane

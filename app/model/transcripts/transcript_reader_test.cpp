@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <numeric>
 #include <sys/stat.h>
 
 #include "tests/support/temporary_folder.h"
@@ -95,6 +96,67 @@ TEST_F(Reader, LooksDeeperWhenTheTailNamesNoModel) {
   EXPECT_THAT(readsSince(), ElementsAre(65'536, 524'288));
 }
 
+/// The client writes tens of kilobytes before a new session's first answer, and more right behind.
+TEST_F(Reader, FindsAFirstAnswerThatWasBuriedAtOnce) {
+  struct Case {
+    std::string what;
+    std::size_t before;
+    std::map<int, std::size_t> readsAt;  ///< how many, by second
+    int knownAt;
+  };
+  const std::vector<Case> cases = {
+      {"a young file", 91'000, {{0, 2}, {11, 0}, {40, 2}, {71, 0}}, 40},
+      {"one of which the deep read saw only the end",
+       600'000,
+       {{0, 2}, {11, 0}, {40, 1}, {71, 0}, {300, 0}, {301, 2}, {700, 0}},
+       301},
+  };
+  for (const auto& [what, before, readsAt, knownAt] : cases) {
+    auto door = std::make_shared<FakeFiles>();
+    TranscriptReader fresh("/p", door);
+    auto& text = door->files["/t"] = bulk(before);
+    for (const auto& [second, reads] : readsAt) {
+      if (second == 11) text += bulk(30) + assistant("claude-opus-5-5") + bulk(65'500);
+      const auto info = fresh.modelInfo("s", "/t", start + Seconds(second));
+      EXPECT_EQ(info.model, second < knownAt ? "" : "Opus 5.5") << what << " at " << second;
+      EXPECT_EQ(std::exchange(door->reads, {}).size(), reads) << what << " at " << second;
+    }
+  }
+}
+
+TEST_F(Reader, TwoHundredSessionsCostTheirTails) {
+  struct Pass {
+    std::string what;
+    double second;
+    bool grown;
+    std::size_t reads, bytes;
+  };
+  constexpr std::size_t sessions = 200;
+  constexpr std::size_t tails = sessions * TranscriptReader::usualTail;
+  const std::vector<Pass> passes = {
+      {"at first, with 50 deep reads", 0, false, 250, tails + 50 * TranscriptReader::deepTail},
+      {"unchanged", 10, false, 0, 0},
+      {"grown, too early", 20, true, 0, 0},
+      {"grown", 30, false, 200, tails},
+      {"unchanged, later", 400, false, 0, 0},
+      {"grown, after long", 430, true, 250, tails + 50 * TranscriptReader::deepTail},
+  };
+  for (std::size_t i = 0; i < sessions; ++i) {
+    files->files["/" + std::to_string(i)] =
+        bulk(600'000) + assistant("claude-opus-4") + bulk(i % 4 == 0 ? 90'000 : 100);
+  }
+  for (const auto& [what, second, grown, reads, bytes] : passes) {
+    for (std::size_t i = 0; i < sessions; ++i) {
+      const auto name = std::to_string(i);
+      if (grown) files->files["/" + name] += tools;
+      EXPECT_EQ(reader.modelInfo(name, "/" + name, start + Seconds(second)).model, "Opus 4");
+    }
+    const auto read = readsSince();
+    EXPECT_EQ(read.size(), reads) << what;
+    EXPECT_EQ(std::accumulate(read.begin(), read.end(), std::size_t{0}), bytes) << what;
+  }
+}
+
 TEST_F(Reader, KeepsASuggestionWhileNothingSpeaksAgainstIt) {
   struct Case {
     std::string what, added, suggestion;
@@ -116,8 +178,13 @@ TEST_F(Reader, KeepsASuggestionWhileNothingSpeaksAgainstIt) {
   }
   file = bulk(1000) + suggesting;
   (void)infoAt(0);
+  file += bulk(65'400) + tools;
+  files->broken = true;
+  EXPECT_EQ(infoAt(30).suggestedEffort, "high");
+  files->broken = false;
+  EXPECT_EQ(infoAt(60).suggestedEffort, "high") << "a read that failed left nothing unread";
   file = assistant("claude-opus-4");
-  EXPECT_EQ(infoAt(30).suggestedEffort, "") << "a file that shrank is another one";
+  EXPECT_EQ(infoAt(90).suggestedEffort, "") << "a file that shrank is another one";
 }
 
 TEST_F(Reader, FailuresAreSilentAndTriedAgain) {
@@ -143,16 +210,19 @@ TEST_F(Reader, FailuresAreSilentAndTriedAgain) {
 
 TEST_F(Reader, FindsATranscriptOnceItIsThere) {
   files->projects = {"-a", "-b"};
-  EXPECT_EQ(reader.findTranscript("s"), std::nullopt);
+  const Time later = start + Seconds(1);
+  EXPECT_EQ(reader.findTranscript("s", start), std::nullopt);
+  EXPECT_EQ(reader.findTranscript("other", start), std::nullopt);
+  EXPECT_EQ(files->listings, 1) << "one pass lists the projects once";
   files->files["/p/-b/s.jsonl"] = "x";
-  EXPECT_EQ(reader.findTranscript("s"), "/p/-b/s.jsonl");
+  EXPECT_EQ(reader.findTranscript("s", later), "/p/-b/s.jsonl");
   files->projects.clear();
-  EXPECT_EQ(reader.findTranscript("s"), "/p/-b/s.jsonl");
+  EXPECT_EQ(reader.findTranscript("s", later + Seconds(1)), "/p/-b/s.jsonl");
   EXPECT_EQ(files->listings, 2);
   files->projects = {"-b"};
   files->files["/p/-b/../x.jsonl"] = "x";
   for (const char* id : {"../x", "", ".x", "a/b"})
-    EXPECT_EQ(reader.findTranscript(id), std::nullopt);
+    EXPECT_EQ(reader.findTranscript(id, later + Seconds(2)), std::nullopt);
   EXPECT_EQ(files->listings, 2) << "what is no file name is not looked for";
 }
 
@@ -180,7 +250,7 @@ TEST(SystemTranscriptFiles, ReadsRegularFilesOnly) {
     const auto path = folder.path("projects/-a/") + name + ".jsonl";
     EXPECT_EQ(files->size(path), std::nullopt) << name;
     EXPECT_EQ(files->read(path, 0, buffer.data(), buffer.size()), std::nullopt) << name;
-    EXPECT_EQ(reader.findTranscript(name), std::nullopt) << name;
+    EXPECT_EQ(reader.findTranscript(name, start), std::nullopt) << name;
   }
 }
 

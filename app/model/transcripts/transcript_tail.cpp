@@ -5,6 +5,7 @@
 #include <cctype>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 #include <vector>
 
 #include "core/unicode.h"
@@ -122,22 +123,35 @@ void take(const TranscriptLine& line, TailFindings& found) {
   found.passedPrompt = found.passedPrompt || isPrompt(line);
 }
 
-bool complete(const TailFindings& found, bool suggestionSought) {
-  const bool suggestionSettled =
-      !suggestionSought || found.passedPrompt || !found.info.suggestedEffort.empty();
-  return suggestionSettled && !found.info.model.empty() && !found.info.effort.empty();
-}
+/// How far back the walk goes. Few users have suggestions made: for the others the last answer is
+/// where it ends, and the lines before it are searched only once, for the phrase.
+class Goal {
+ public:
+  explicit Goal(SuggestedBefore before) {
+    if (before == SuggestedBefore::yes) mayBeSuggested_ = true;
+  }
+
+  /// Whether nothing is missing that `unread`, the lines before those walked so far, may tell.
+  bool reached(const TailFindings& found, std::string_view unread) {
+    if (found.info.model.empty() || found.info.effort.empty()) return false;
+    if (found.passedPrompt || !found.info.suggestedEffort.empty()) return true;
+    if (!mayBeSuggested_) mayBeSuggested_ = maySuggest(unread);
+    return !*mayBeSuggested_;
+  }
+
+ private:
+  std::optional<bool> mayBeSuggested_;
+};
 
 }  // namespace
 
 TailFindings tailFindings(std::string_view tail, SuggestedBefore before) {
   TailFindings found;
-  // Few users have suggestions made: for the others the last answer is where the walk ends.
-  const bool suggestionSought = before == SuggestedBefore::yes || maySuggest(tail);
+  Goal goal(before);
   const auto starts = lineStarts(tail);
   auto end = tail.size();
-  for (auto start = starts.rbegin(); start != starts.rend() && !complete(found, suggestionSought);
-       ++start) {
+  for (auto start = starts.rbegin();
+       start != starts.rend() && !goal.reached(found, tail.substr(0, end)); ++start) {
     const auto line = transcriptLine(tail.substr(*start, end - *start));
     end = *start;
     if (line && !line->sidechain) take(*line, found);

@@ -71,6 +71,11 @@ TEST(TranscriptTail, FindsTheLastModelAndEffort) {
       {R"({"model":"claude-haiku-1"},"type":"assistant"})", "", ""},
       {R"({"type":"assistant","effort":"low"} {})", "", ""},
       {R"(["type","assistant"])", "", ""},
+      {R"({"type":"assistant","x":nonsense!!,"effort":"low"})", "", ""},
+      {R"({"type":"assistant","x":nul,"effort":"low"})", "", ""},
+      {R"({"type":"assistant","x":trueish,"effort":"low"})", "", ""},
+      {R"({"x":[true,{}],"n":-1.5e+3 ,"t":true,"f":false,"type":"assistant","effort":"low"})", "",
+       "low"},
       {std::string("{\"type\":\"assistant\",\"effort\":\"low\"}\0x", 40), "", ""},
       // A string that ends in backslashes, one that ends in a quote.
       {R"({"cwd":"C:\\","x":"\"","type":"assistant","effort":"low"})", "", "low"},
@@ -148,9 +153,14 @@ TEST(TranscriptTail, NeitherDepthNorManyQuotesCostMoreThanTheirBytes) {
   EXPECT_EQ(findings(hostile[1]).info.effort, "low");
 }
 
-TEST(TranscriptLine, TakesTheLastOfEqualKeysAsAParserDoes) {
+/// No client writes equal keys.
+TEST(TranscriptLine, OfEqualKeysTheLastCountsUnlessATypeBeforeItTellsEnough) {
   EXPECT_FALSE(transcriptLine(R"({"type":"user","type":"system"})"));
+  EXPECT_FALSE(transcriptLine(R"({"type":"system","type":"user"})"));
   EXPECT_EQ(transcriptLine(R"({"type":"user","effort":"a","effort":"b"})")->effort, "b");
+}
+
+TEST(TranscriptLine, UnescapesTexts) {
   EXPECT_EQ(plainText(R"(a\"\uD55C\n)"), "a\"한\n");
   EXPECT_FALSE(plainText(R"(\x)"));
 }
