@@ -18,7 +18,6 @@ class ColumnTest(unittest.TestCase):
         self.machine = Machine()
         self.addCleanup(self.machine.close)
         self.machine.run("connect")
-        self.settings = self.machine.home / ".config/zelvane/settings.json"
         self.display = Display(self.machine)
         self.pictures = pathlib.Path(os.environ.get("ZELVANE_PICTURES", self.machine.folder))
 
@@ -73,26 +72,20 @@ class ColumnTest(unittest.TestCase):
         self.ask_to_disconnect(window, "Return")
         eventually(lambda: not connected(), what="disconnected")
 
-    def give_characters(self, **characters):
-        """Which character each session has: a tile's colour depends on it."""
-        self.settings.parent.mkdir(parents=True, exist_ok=True)
-        self.settings.write_text(json.dumps(
-            {"friendOf": characters, "friendSeen": dict.fromkeys(characters, time.time())}))
-
     def test_the_corner_of_a_row_leads_to_its_terminal(self):
-        self.give_characters(a=0)
+        self.machine.give_characters(a=0)
         pid = self.machine.start_claude()
         self.machine.write_session(pid, "a", status="idle")
         self.start_column()
         (x, y), _ = eventually(lambda: self.display.find(CAT, run=8), what="the character shows")
         # The cat's head begins 19 points from the row's edge and 23 below it.
         self.display.click(x - 11, y - 15)
-        eventually(lambda: json.loads(self.settings.read_text()).get("terminalButtonLearned"),
+        eventually(lambda: json.loads(self.machine.settings.read_text()).get("terminalButtonLearned"),
                    what="that the button was used is saved")
 
     def test_live_sessions_and_a_change_in_place(self):
         machine, display = self.machine, self.display
-        self.give_characters(a=0, b=1, c=2)
+        machine.give_characters(a=0, b=1, c=2)
         pids = [machine.start_claude() for _ in range(3)]
         for pid, session in zip(pids, "abc"):
             machine.write_session(pid, session, status="busy")
