@@ -59,6 +59,7 @@ class ActionsTest(unittest.TestCase):
             machine.write_session(machine.start_claude(), name)
             machine.write_record(name, state="done", done_at=time.time() - 5)
         machine.run("connect")
+        machine.give_characters(a=1, b=2)
         machine.start("zelvane-app", DISPLAY=display.name)
         eventually(lambda: display.count(DONE), what="two done rows")
         machine.run("ack", "a")
@@ -67,7 +68,7 @@ class ActionsTest(unittest.TestCase):
                          {"a": "idle", "b": "done"})
         machine.run("ack", "b")
         eventually(lambda: not display.count(DONE), seconds=13, what="no row is done any more")
-        saved = json.loads((machine.home / ".config/zelvane/settings.json").read_text())
+        saved = json.loads(machine.settings.read_text())
         self.assertEqual((saved["pinned"], sorted(saved["acked"])), (["b"], ["a", "b"]))
 
     def test_tabs_closed_together_are_offered_and_one_alone_is_not(self):

@@ -1,4 +1,5 @@
 """The real window on a real X server with a window manager."""
+import json
 import os
 import pathlib
 import time
@@ -9,6 +10,7 @@ from machine import Machine, eventually
 
 # Colours of the light minimal theme.
 BACKGROUND, WAIT, TEXT = (251, 251, 249), (212, 86, 31), (29, 29, 27)
+CAT = (232, 145, 74)  # the body of the first character
 
 
 class ColumnTest(unittest.TestCase):
@@ -72,8 +74,20 @@ class ColumnTest(unittest.TestCase):
         self.ask_to_disconnect(window, "Return")
         eventually(lambda: not connected(), what="disconnected")
 
+    def test_the_corner_of_a_row_leads_to_its_terminal(self):
+        self.machine.give_characters(a=0)
+        pid = self.machine.start_claude()
+        self.machine.write_session(pid, "a", status="idle")
+        self.start_column()
+        (x, y), _ = eventually(lambda: self.display.find(CAT, run=8), what="the character shows")
+        # The cat's head begins 19 points from the row's edge and 23 below it.
+        self.display.click(x - 11, y - 15)
+        eventually(lambda: json.loads(self.machine.settings.read_text()).get("terminalButtonLearned"),
+                   what="that the button was used is saved")
+
     def test_live_sessions_and_a_change_in_place(self):
         machine, display = self.machine, self.display
+        machine.give_characters(a=0, b=1, c=2)
         pids = [machine.start_claude() for _ in range(3)]
         for pid, session in zip(pids, "abc"):
             machine.write_session(pid, session, status="busy")

@@ -35,6 +35,7 @@ class Machine:
         self.sessions = self.home / ".claude/sessions"
         self.records = self.home / ".claude/zelvane/sessions"
         self.sessions.mkdir(parents=True)
+        self.settings = self.home / ".config/zelvane/settings.json"
         self.claude = self.folder / "bin/claude"
         self.claude.parent.mkdir()
         shutil.copy(shutil.which("sleep"), self.claude)
@@ -93,6 +94,12 @@ class Machine:
         temporary = self.records / f".{session_id}.tmp"
         temporary.write_text(json.dumps(fields, ensure_ascii=False), encoding="utf-8")
         temporary.rename(self.records / f"{session_id}.json")
+
+    def give_characters(self, **characters):
+        """Which character each session has; colours of its tile may be those that a test counts."""
+        self.settings.parent.mkdir(parents=True, exist_ok=True)
+        self.settings.write_text(json.dumps(
+            {"friendOf": characters, "friendSeen": dict.fromkeys(characters, time.time())}))
 
     def run(self, *arguments, program="zelvane", check=True, limit=None, **environment):
         """Runs a program of ours to its end, with at most `limit` bytes of address space."""
