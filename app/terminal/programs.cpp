@@ -51,7 +51,8 @@ std::string forgettingWords(const Environment& inherited, const std::vector<std:
     });
   };
   std::string words;
-  for (const auto& [name, value] : inherited) {
+  for (const auto& variable : inherited) {
+    const auto& name = variable.first;
     const bool isAdded = std::any_of(added.begin(), added.end(), [&](const std::string& entry) {
       return entry.starts_with(name + "=");
     });

@@ -59,7 +59,8 @@ QSize TickLine::sizeHint() const {
 void TickLine::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  const QRectF box(0.5, (height() - boxSize) / 2 + 0.5, boxSize - 1, boxSize - 1);
+  const int top = (height() - boxSize) / 2;
+  const QRectF box(0.5, top + 0.5, boxSize - 1, boxSize - 1);
   painter.setPen(toColor(isChecked() ? theme_.fg : theme_.sub));
   painter.setBrush(isChecked() ? QBrush(toColor(theme_.fg)) : QBrush(Qt::NoBrush));
   painter.drawRoundedRect(box, boxRadius, boxRadius);

@@ -22,7 +22,7 @@ struct Pose {
   static Pose stand() { return {Kind::stand}; }
   static Pose sleep() { return {Kind::sleep}; }
   bool operator==(const Pose&) const = default;
-  auto operator<=>(const Pose&) const = default;
+  auto operator<=>(const Pose&) const = default;  // NOLINT(modernize-use-nullptr): misread
 };
 
 /// A filled rectangle of pixels, y down; it may reach beyond the picture.
