@@ -9,7 +9,8 @@
 
 namespace zelvane {
 
-/// The program's path by the variable PATH; nothing when it is not there.
+/// The program's path by the variable PATH, or in the folders where users install programs; nothing
+/// when it is not there.
 std::optional<std::string> programPath(const std::string& name);
 
 /// What a program said on standard output; nothing when it is not there, does not end within the
@@ -17,11 +18,6 @@ std::optional<std::string> programPath(const std::string& name);
 std::optional<std::string> askProgram(const std::string& name,
                                       const std::vector<std::string>& arguments, Seconds timeout,
                                       std::vector<std::string> environment = {});
-
-/// Starts a program that outlives this process and has its own session; false when the program or
-/// the folder is not there. `environment` holds "NAME=value" entries to add.
-bool startApart(const std::string& name, const std::vector<std::string>& arguments,
-                const std::string& folder, std::vector<std::string> environment = {});
 
 /// Words for a POSIX shell that run the command in the folder.
 std::string shellCommand(const std::string& folder, const std::vector<std::string>& argv);

@@ -4,7 +4,7 @@
 
 #include "core/localization.h"
 
-#include "app/terminal/programs.h"
+#include "app/terminal/linux/start_apart.h"
 
 namespace zelvane {
 namespace {

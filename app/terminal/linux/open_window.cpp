@@ -6,7 +6,7 @@
 
 #include "core/paths.h"
 
-#include "app/terminal/programs.h"
+#include "app/terminal/linux/start_apart.h"
 
 namespace zelvane {
 namespace {

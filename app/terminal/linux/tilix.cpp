@@ -2,7 +2,7 @@
 
 #include "core/text.h"
 
-#include "app/terminal/programs.h"
+#include "app/terminal/linux/start_apart.h"
 
 namespace zelvane {
 namespace {
