@@ -8,10 +8,10 @@ extern "C" {
 #define RTLD_NOW 0x2
 #define RTLD_LOCAL 0x4
 #define RTLD_GLOBAL 0x8
-void *dlopen(const char *, int);
-void *dlsym(void *, const char *);
-int dlclose(void *);
-char *dlerror(void);
+void* dlopen(const char*, int);
+void* dlsym(void*, const char*);
+int dlclose(void*);
+char* dlerror(void);
 #ifdef __cplusplus
 }
 #endif

@@ -5,7 +5,8 @@ extern "C"
 #else
 extern
 #endif
-int *__error(void);
+    int*
+    __error(void);
 #define errno (*__error())
 #define EPERM 1
 #define ENOENT 2

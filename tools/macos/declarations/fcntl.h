@@ -33,8 +33,8 @@ extern "C" {
 #define AT_SYMLINK_NOFOLLOW 0x0020
 #define AT_SYMLINK_FOLLOW 0x0040
 #define AT_REMOVEDIR 0x0080
-int open(const char *, int, ...);
-int openat(int, const char *, int, ...);
+int open(const char*, int, ...);
+int openat(int, const char*, int, ...);
 int fcntl(int, int, ...);
 #ifdef __cplusplus
 }

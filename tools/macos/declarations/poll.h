@@ -10,9 +10,12 @@ extern "C" {
 #define POLLERR 0x0008
 #define POLLHUP 0x0010
 #define POLLNVAL 0x0020
-struct pollfd { int fd; short events, revents; };
+struct pollfd {
+  int fd;
+  short events, revents;
+};
 typedef unsigned int nfds_t;
-int poll(struct pollfd *, nfds_t, int);
+int poll(struct pollfd*, nfds_t, int);
 #ifdef __cplusplus
 }
 #endif

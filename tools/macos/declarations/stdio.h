@@ -6,7 +6,8 @@ extern "C" {
 #endif
 #define RENAME_SWAP 0x00000002
 #define RENAME_EXCL 0x00000004
-int renamex_np(const char *, const char *, unsigned int) __attribute__((availability(macos, introduced=10.12)));
+int renamex_np(const char*, const char*, unsigned int)
+    __attribute__((availability(macos, introduced = 10.12)));
 #ifdef __cplusplus
 }
 #endif

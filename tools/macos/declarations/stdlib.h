@@ -5,7 +5,7 @@
 extern "C" {
 #endif
 uint32_t arc4random(void);
-char *devname_r(dev_t, mode_t, char *, int);
+char* devname_r(dev_t, mode_t, char*, int);
 #ifdef __cplusplus
 }
 #endif

@@ -7,7 +7,11 @@ extern "C" {
 typedef unsigned long tcflag_t;
 typedef unsigned char cc_t;
 typedef unsigned long speed_t;
-struct termios { tcflag_t c_iflag, c_oflag, c_cflag, c_lflag; cc_t c_cc[20]; speed_t c_ispeed, c_ospeed; };
+struct termios {
+  tcflag_t c_iflag, c_oflag, c_cflag, c_lflag;
+  cc_t c_cc[20];
+  speed_t c_ispeed, c_ospeed;
+};
 #define ECHO 0x00000008
 #define ISIG 0x00000080
 #define ICANON 0x00000100
@@ -16,8 +20,8 @@ struct termios { tcflag_t c_iflag, c_oflag, c_cflag, c_lflag; cc_t c_cc[20]; spe
 #define TCSANOW 0
 #define TCSADRAIN 1
 #define TCSAFLUSH 2
-int tcgetattr(int, struct termios *);
-int tcsetattr(int, int, const struct termios *);
+int tcgetattr(int, struct termios*);
+int tcsetattr(int, int, const struct termios*);
 #ifdef __cplusplus
 }
 #endif

@@ -14,6 +14,9 @@ typedef long intmax_t;
 typedef unsigned long uintmax_t;
 typedef long intptr_t;
 typedef unsigned long uintptr_t;
+#ifndef __cplusplus
+typedef int wchar_t;
+#endif
 typedef unsigned long size_t;
 typedef long ssize_t;
 typedef long ptrdiff_t;
@@ -46,7 +49,7 @@ typedef enum {
   CLOCK_PROCESS_CPUTIME_ID = 12,
   CLOCK_THREAD_CPUTIME_ID = 16
 } clockid_t;
-typedef void *timer_t;
+typedef void* timer_t;
 typedef int wint_t;
 typedef uint32_t wctype_t;
 typedef uint32_t sigset_t;
@@ -58,27 +61,62 @@ typedef float float_t;
 typedef double double_t;
 typedef int nl_item;
 
-struct timeval { time_t tv_sec; suseconds_t tv_usec; };
-struct timespec { time_t tv_sec; long tv_nsec; };
-struct iovec { void *iov_base; size_t iov_len; };
-struct winsize { unsigned short ws_row, ws_col, ws_xpixel, ws_ypixel; };
+struct timeval {
+  time_t tv_sec;
+  suseconds_t tv_usec;
+};
+struct timespec {
+  time_t tv_sec;
+  long tv_nsec;
+};
+struct iovec {
+  void* iov_base;
+  size_t iov_len;
+};
+struct winsize {
+  unsigned short ws_row, ws_col, ws_xpixel, ws_ypixel;
+};
 
-typedef struct _opaque_pthread *pthread_t;
+typedef struct _opaque_pthread* pthread_t;
 typedef unsigned long pthread_key_t;
-typedef struct { long sig; char opaque[56]; } pthread_mutex_t;
-typedef struct { long sig; char opaque[40]; } pthread_cond_t;
-typedef struct { long sig; char opaque[192]; } pthread_rwlock_t;
-typedef struct { long sig; char opaque[8]; } pthread_once_t;
-typedef struct { long sig; char opaque[56]; } pthread_attr_t;
-typedef struct { long sig; char opaque[8]; } pthread_mutexattr_t;
-typedef struct { long sig; char opaque[8]; } pthread_condattr_t;
+typedef struct {
+  long sig;
+  char opaque[56];
+} pthread_mutex_t;
+typedef struct {
+  long sig;
+  char opaque[40];
+} pthread_cond_t;
+typedef struct {
+  long sig;
+  char opaque[192];
+} pthread_rwlock_t;
+typedef struct {
+  long sig;
+  char opaque[8];
+} pthread_once_t;
+typedef struct {
+  long sig;
+  char opaque[56];
+} pthread_attr_t;
+typedef struct {
+  long sig;
+  char opaque[8];
+} pthread_mutexattr_t;
+typedef struct {
+  long sig;
+  char opaque[8];
+} pthread_condattr_t;
 
 typedef struct __sFILE FILE;
 typedef __builtin_va_list va_list;
 typedef __builtin_va_list __isoc_va_list;
-typedef union { char opaque[128]; long long align; } __mbstate_t;
+typedef union {
+  char opaque[128];
+  long long align;
+} __mbstate_t;
 typedef __mbstate_t mbstate_t;
-typedef struct _xlocale *locale_t;
+typedef struct _xlocale* locale_t;
 
 #define __LONG_MAX 0x7fffffffffffffffL
 #define __BYTE_ORDER 1234

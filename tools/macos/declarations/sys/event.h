@@ -4,7 +4,14 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
-struct kevent { uintptr_t ident; int16_t filter; uint16_t flags; uint32_t fflags; intptr_t data; void *udata; };
+struct kevent {
+  uintptr_t ident;
+  int16_t filter;
+  uint16_t flags;
+  uint32_t fflags;
+  intptr_t data;
+  void* udata;
+};
 #define EVFILT_READ (-1)
 #define EVFILT_WRITE (-2)
 #define EVFILT_VNODE (-4)
@@ -30,9 +37,18 @@ struct kevent { uintptr_t ident; int16_t filter; uint16_t flags; uint32_t fflags
 #define NOTE_RENAME 0x0020
 #define NOTE_REVOKE 0x0040
 #define NOTE_EXIT 0x80000000
-#define EV_SET(kevp, a, b, c, d, e, f) do { struct kevent *__kevp__ = (kevp); __kevp__->ident = (a); __kevp__->filter = (b); __kevp__->flags = (c); __kevp__->fflags = (d); __kevp__->data = (e); __kevp__->udata = (f); } while (0)
+#define EV_SET(kevp, a, b, c, d, e, f) \
+  do {                                 \
+    struct kevent* __kevp__ = (kevp);  \
+    __kevp__->ident = (a);             \
+    __kevp__->filter = (b);            \
+    __kevp__->flags = (c);             \
+    __kevp__->fflags = (d);            \
+    __kevp__->data = (e);              \
+    __kevp__->udata = (f);             \
+  } while (0)
 int kqueue(void);
-int kevent(int, const struct kevent *, int, struct kevent *, int, const struct timespec *);
+int kevent(int, const struct kevent*, int, struct kevent*, int, const struct timespec*);
 #ifdef __cplusplus
 }
 #endif

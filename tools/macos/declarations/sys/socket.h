@@ -44,24 +44,44 @@ extern "C" {
 #define SHUT_RD 0
 #define SHUT_WR 1
 #define SHUT_RDWR 2
-struct sockaddr { uint8_t sa_len; sa_family_t sa_family; char sa_data[14]; };
-struct sockaddr_storage { uint8_t ss_len; sa_family_t ss_family; char pad[6]; int64_t align; char rest[112]; };
-struct linger { int l_onoff, l_linger; };
-struct msghdr { void *msg_name; socklen_t msg_namelen; struct iovec *msg_iov; int msg_iovlen; void *msg_control; socklen_t msg_controllen; int msg_flags; };
-int accept(int, struct sockaddr *, socklen_t *);
-int bind(int, const struct sockaddr *, socklen_t);
-int connect(int, const struct sockaddr *, socklen_t);
-int getpeername(int, struct sockaddr *, socklen_t *);
-int getsockname(int, struct sockaddr *, socklen_t *);
-int getsockopt(int, int, int, void *, socklen_t *);
-int setsockopt(int, int, int, const void *, socklen_t);
+struct sockaddr {
+  uint8_t sa_len;
+  sa_family_t sa_family;
+  char sa_data[14];
+};
+struct sockaddr_storage {
+  uint8_t ss_len;
+  sa_family_t ss_family;
+  char pad[6];
+  int64_t align;
+  char rest[112];
+};
+struct linger {
+  int l_onoff, l_linger;
+};
+struct msghdr {
+  void* msg_name;
+  socklen_t msg_namelen;
+  struct iovec* msg_iov;
+  int msg_iovlen;
+  void* msg_control;
+  socklen_t msg_controllen;
+  int msg_flags;
+};
+int accept(int, struct sockaddr*, socklen_t*);
+int bind(int, const struct sockaddr*, socklen_t);
+int connect(int, const struct sockaddr*, socklen_t);
+int getpeername(int, struct sockaddr*, socklen_t*);
+int getsockname(int, struct sockaddr*, socklen_t*);
+int getsockopt(int, int, int, void*, socklen_t*);
+int setsockopt(int, int, int, const void*, socklen_t);
 int listen(int, int);
-ssize_t recv(int, void *, size_t, int);
-ssize_t recvfrom(int, void *, size_t, int, struct sockaddr *, socklen_t *);
-ssize_t recvmsg(int, struct msghdr *, int);
-ssize_t send(int, const void *, size_t, int);
-ssize_t sendto(int, const void *, size_t, int, const struct sockaddr *, socklen_t);
-ssize_t sendmsg(int, const struct msghdr *, int);
+ssize_t recv(int, void*, size_t, int);
+ssize_t recvfrom(int, void*, size_t, int, struct sockaddr*, socklen_t*);
+ssize_t recvmsg(int, struct msghdr*, int);
+ssize_t send(int, const void*, size_t, int);
+ssize_t sendto(int, const void*, size_t, int, const struct sockaddr*, socklen_t);
+ssize_t sendmsg(int, const struct msghdr*, int);
 int shutdown(int, int);
 int socket(int, int, int);
 int socketpair(int, int, int, int[2]);

@@ -5,11 +5,20 @@
 extern "C" {
 #endif
 struct stat {
-  dev_t st_dev; mode_t st_mode; nlink_t st_nlink; ino_t st_ino; uid_t st_uid; gid_t st_gid;
+  dev_t st_dev;
+  mode_t st_mode;
+  nlink_t st_nlink;
+  ino_t st_ino;
+  uid_t st_uid;
+  gid_t st_gid;
   dev_t st_rdev;
   struct timespec st_atimespec, st_mtimespec, st_ctimespec, st_birthtimespec;
-  off_t st_size; blkcnt_t st_blocks; blksize_t st_blksize;
-  uint32_t st_flags, st_gen; int32_t st_lspare; int64_t st_qspare[2];
+  off_t st_size;
+  blkcnt_t st_blocks;
+  blksize_t st_blksize;
+  uint32_t st_flags, st_gen;
+  int32_t st_lspare;
+  int64_t st_qspare[2];
 };
 #define st_atime st_atimespec.tv_sec
 #define st_mtime st_mtimespec.tv_sec
@@ -22,12 +31,12 @@ struct stat {
 #define S_IFREG 0100000
 #define S_IFLNK 0120000
 #define S_IFSOCK 0140000
-#define S_ISDIR(m) (((m) & S_IFMT) == S_IFDIR)
-#define S_ISREG(m) (((m) & S_IFMT) == S_IFREG)
-#define S_ISLNK(m) (((m) & S_IFMT) == S_IFLNK)
-#define S_ISFIFO(m) (((m) & S_IFMT) == S_IFIFO)
-#define S_ISCHR(m) (((m) & S_IFMT) == S_IFCHR)
-#define S_ISSOCK(m) (((m) & S_IFMT) == S_IFSOCK)
+#define S_ISDIR(m) (((m)&S_IFMT) == S_IFDIR)
+#define S_ISREG(m) (((m)&S_IFMT) == S_IFREG)
+#define S_ISLNK(m) (((m)&S_IFMT) == S_IFLNK)
+#define S_ISFIFO(m) (((m)&S_IFMT) == S_IFIFO)
+#define S_ISCHR(m) (((m)&S_IFMT) == S_IFCHR)
+#define S_ISSOCK(m) (((m)&S_IFMT) == S_IFSOCK)
 #define S_ISUID 04000
 #define S_ISGID 02000
 #define S_ISVTX 01000
@@ -45,18 +54,18 @@ struct stat {
 #define S_IXOTH 01
 #define UTIME_NOW (-1)
 #define UTIME_OMIT (-2)
-int stat(const char *, struct stat *);
-int lstat(const char *, struct stat *);
-int fstat(int, struct stat *);
-int fstatat(int, const char *, struct stat *, int);
-int chmod(const char *, mode_t);
+int stat(const char*, struct stat*);
+int lstat(const char*, struct stat*);
+int fstat(int, struct stat*);
+int fstatat(int, const char*, struct stat*, int);
+int chmod(const char*, mode_t);
 int fchmod(int, mode_t);
-int fchmodat(int, const char *, mode_t, int);
-int mkdir(const char *, mode_t);
-int mkfifo(const char *, mode_t);
+int fchmodat(int, const char*, mode_t, int);
+int mkdir(const char*, mode_t);
+int mkfifo(const char*, mode_t);
 mode_t umask(mode_t);
 int futimens(int, const struct timespec[2]);
-int utimensat(int, const char *, const struct timespec[2], int);
+int utimensat(int, const char*, const struct timespec[2], int);
 #ifdef __cplusplus
 }
 #endif

@@ -4,8 +4,8 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
-int gettimeofday(struct timeval *, void *);
-int utimes(const char *, const struct timeval *);
+int gettimeofday(struct timeval*, void*);
+int utimes(const char*, const struct timeval*);
 #ifdef __cplusplus
 }
 #endif

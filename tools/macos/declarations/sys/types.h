@@ -5,7 +5,7 @@
 extern "C" {
 #endif
 #define major(x) ((int32_t)(((uint32_t)(x) >> 24) & 0xff))
-#define minor(x) ((int32_t)((x) & 0xffffff))
+#define minor(x) ((int32_t)((x)&0xffffff))
 #ifdef __cplusplus
 }
 #endif

@@ -5,7 +5,7 @@
 extern "C" {
 #endif
 #define XATTR_NOFOLLOW 0x0001
-int removexattr(const char *, const char *, int);
+int removexattr(const char*, const char*, int);
 #ifdef __cplusplus
 }
 #endif
