@@ -29,7 +29,10 @@ std::optional<std::string> auxiliaryExecutable(const std::string& name) {
 }
 
 std::optional<std::string> resource(const std::string& name, const std::string& type) {
-  return existing(programFolder().parent_path() / "share" / "zelvane" / (name + "." + type));
+  const auto around = programFolder().parent_path();
+  const auto file = name + "." + type;
+  if (auto found = existing(around / "share" / "zelvane" / file)) return found;
+  return existing(around / "Resources" / file);
 }
 
 void useStringTable() {

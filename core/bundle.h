@@ -1,5 +1,6 @@
-// Where the program's own parts lie: programs beside the running one, resources in ../share/zelvane
-// from there, in the build tree as when installed. Any thread.
+// Where the program's own parts lie: programs beside the running one; resources in ../share/zelvane
+// from there, in the build tree as when installed, or in ../Resources in an application bundle. Any
+// thread.
 #pragma once
 
 #include <optional>

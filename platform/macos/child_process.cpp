@@ -38,7 +38,8 @@ class Supervision {
         if (event.filter == EVFILT_READ && open) open = takeOutput(output);
         if (event.filter == EVFILT_PROC) ended = true;
       }
-      if (!followed_ || count < 0) ended = ended || hasEnded(pid_);
+      // One that ended while it was registered may never be told of.
+      if (!followed_ || count <= 0) ended = ended || hasEnded(pid_);
       if (!ended && (ChildClock::now() >= deadline_ || (!asked_ && isCancelled()))) signalNext();
     }
     if (open) readRest(output_, output);
@@ -62,7 +63,7 @@ class Supervision {
 
   timespec untilDeadline() const {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline_ - ChildClock::now());
-    const std::int64_t most = !followed_ ? 50 : cancelled_ ? 100 : 3'600'000;
+    const std::int64_t most = !followed_ ? 50 : cancelled_ ? 100 : 1000;
     const auto milliseconds = std::clamp<std::int64_t>(left.count(), 0, most);
     timespec pause{};
     pause.tv_sec = static_cast<time_t>(milliseconds / 1000);
