@@ -5,6 +5,7 @@
 #include <csignal>
 #include <ctime>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/event.h>
 #include <unistd.h>
 
@@ -37,6 +38,10 @@ class Supervision {
         const auto& event = events[static_cast<std::size_t>(i)];
         if (event.filter == EVFILT_READ && open) open = takeOutput(output);
         if (event.filter == EVFILT_PROC) ended = true;
+      }
+      if (queue_.fd < 0) {  // no descriptor was left: then there is only asking
+        poll(nullptr, 0, 20);
+        if (open) open = takeOutput(output);
       }
       // One that ended while it was registered may never be told of.
       if (!followed_ || count <= 0) ended = ended || hasEnded(pid_);
