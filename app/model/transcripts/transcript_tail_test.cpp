@@ -76,7 +76,7 @@ TEST(TranscriptTail, FindsTheLastModelAndEffort) {
       {R"({"type":"assistant","x":trueish,"effort":"low"})", "", ""},
       {R"({"x":[true,{}],"n":-1.5e+3 ,"t":true,"f":false,"type":"assistant","effort":"low"})", "",
        "low"},
-      {std::string("{\"type\":\"assistant\",\"effort\":\"low\"}\0x", 40), "", ""},
+      {std::string("{\"type\":\"assistant\",\"effort\":\"low\"}\0x", 37), "", ""},
       // A string that ends in backslashes, one that ends in a quote.
       {R"({"cwd":"C:\\","x":"\"","type":"assistant","effort":"low"})", "", "low"},
       // Not UTF-8, elsewhere in the line.
