@@ -119,22 +119,29 @@ RestoreDoors systemDoors(Terminal& terminal, const OpenedRecord& record) {
           .clock = systemTime};
 }
 
+RestorePlan currentPlan(bool exact, const OpenedRecord& record) {
+  return planRestore(snapshotToRestore().value_or(Json::object()), exact,
+                     {.running = withStarting(runningSessions()),
+                      .openedAt = record.openedAt(),
+                      .folderExists = folderExists});
+}
+
 }  // namespace
 
 ExitCode restore(const RestoreOptions& options) {
   const OpenedRecord record(ZelvanePaths::restored());
+  if (options.dryRun) {
+    sayPlan(currentPlan(options.exact, record));
+    return fine;
+  }
   const FileLock::Scope turn(ZelvanePaths::restored() + ".lock", FileLock::Wait::no);
   if (!turn && turn.error() == std::errc::operation_would_block) {
     writeError(L("다른 zelvane restore 가 열고 있어요.") + "\n");
     return failed;
   }
-  const auto snapshot = snapshotToRestore();
-  const auto plan = planRestore(snapshot.value_or(Json::object()), options.exact,
-                                {.running = withStarting(runningSessions()),
-                                 .openedAt = record.openedAt(),
-                                 .folderExists = folderExists});
+  const auto plan = currentPlan(options.exact, record);
   sayPlan(plan);
-  if (options.dryRun || plan.open.empty()) return fine;
+  if (plan.open.empty()) return fine;
   keepNamedSnapshot();
   Terminal terminal;
   return runRestore(plan, systemDoors(terminal, record)) == 0 ? fine : failed;
