@@ -2,7 +2,7 @@
 
 #include "core/paths.h"
 #include "core/run_loop.h"
-#include "core/user_defaults.h"
+#include "core/standard_defaults.h"
 
 namespace zelvane::cli {
 
@@ -12,8 +12,7 @@ bool sameContent(const Listing& a, const Listing& b) {
 }
 
 std::shared_ptr<ZelvaneStore> readOnlyStore(Executor mainThread, WithNotes notes) {
-  auto options = ZelvaneStore::systemOptions(
-      std::make_shared<FileDefaults>(FileDefaults::standardPath()), std::move(mainThread));
+  auto options = ZelvaneStore::systemOptions(standardDefaults(), std::move(mainThread));
   options.readOnly = true;
   if (notes == WithNotes::no) options.notesDir = "/dev/null";  // nothing can be in it
   return ZelvaneStore::create(std::move(options));

@@ -10,7 +10,7 @@
 #include "core/localization.h"
 #include "core/paths.h"
 #include "core/process.h"
-#include "core/user_defaults.h"
+#include "core/standard_defaults.h"
 
 #include "app/model/records/session_files.h"
 #include "app/model/snapshots/restore_outcome.h"
@@ -78,8 +78,7 @@ std::vector<SeatedSession> seatedSessions() {
 }
 
 std::string wishedTerminal() {
-  const FileDefaults defaults(FileDefaults::standardPath());
-  return get::str(defaults.values(), "restoreTerminal").value_or("");
+  return get::str(standardDefaults()->values(), "restoreTerminal").value_or("");
 }
 
 void say(const std::string& line) { (void)writeOut(line + "\n"); }

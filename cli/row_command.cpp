@@ -1,8 +1,8 @@
 #include "cli/row_command.h"
 
 #include "core/localization.h"
+#include "core/standard_defaults.h"
 #include "core/unicode.h"
-#include "core/user_defaults.h"
 
 #include "app/model/store/saved_settings.h"
 #include "app/terminal/terminal.h"
@@ -18,12 +18,9 @@ ExitCode fail(const std::string& sentence) {
   return failed;
 }
 
-FileDefaults settings() { return FileDefaults(FileDefaults::standardPath()); }
-
 void acknowledgeNow(const ZelvaneSession& row) {
-  auto defaults = settings();
   const Time now = systemTime();
-  saveAcked(defaults, {{row.id, secondsSince1970(now)}}, now);
+  saveAcked(*standardDefaults(), {{row.id, secondsSince1970(now)}}, now);
 }
 
 ExitCode jumpTo(const ZelvaneSession& row) {
@@ -62,9 +59,9 @@ ExitCode acknowledge(const std::string& row) {
 
 ExitCode togglePin(const std::string& row) {
   return onRow(row, [](const ZelvaneSession& session) {
-    auto defaults = settings();
-    const auto pins = savedSettings(defaults, systemTime()).pinned;
-    defaults.set("pinned", pinsToggled(pins, session.id));
+    const auto defaults = standardDefaults();
+    const auto pins = savedSettings(*defaults, systemTime()).pinned;
+    defaults->set("pinned", pinsToggled(pins, session.id));
     return fine;
   });
 }

@@ -22,6 +22,21 @@ function(zelvane_defaults target)
   endif()
 endfunction()
 
+# The name of the folders with the running system's sources: linux or macos.
+function(zelvane_system name)
+  if(CMAKE_SYSTEM_NAME STREQUAL Darwin)
+    set(${name} macos PARENT_SCOPE)
+  else()
+    string(TOLOWER ${CMAKE_SYSTEM_NAME} lower)
+    set(${name} ${lower} PARENT_SCOPE)
+  endif()
+endfunction()
+
+# Objective-C++: memory counts itself, and a precompiled C++ header is none for it.
+function(zelvane_objective_cxx)
+  set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS -fobjc-arc SKIP_PRECOMPILE_HEADERS ON)
+endfunction()
+
 # A folder is a library, with its tests beside the sources:
 #   zelvane_library(NAME HEADERS ... SOURCES ... TESTS ... USES ...)
 # The tests become one program, NAME_test. Optional PCH names a header to precompile.

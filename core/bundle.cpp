@@ -26,14 +26,25 @@ std::string version() { return ZELVANE_VERSION; }
 
 std::int64_t build() { return ZELVANE_BUILD; }
 
-std::string applicationPath() { return platform::executablePath(); }
+std::string applicationPath() { return applicationAt(platform::executablePath()); }
+
+std::string applicationAt(const std::string& program) {
+  const auto contents = fs::path(program).parent_path().parent_path();
+  const auto bundle = contents.parent_path();
+  const bool inBundle = fs::path(program).parent_path().filename() == "MacOS" &&
+                        contents.filename() == "Contents" && bundle.extension() == ".app";
+  return inBundle ? bundle.string() : program;
+}
 
 std::optional<std::string> auxiliaryExecutable(const std::string& name) {
   return existing(programFolder() / name);
 }
 
 std::optional<std::string> resource(const std::string& name, const std::string& type) {
-  return existing(programFolder().parent_path() / "share" / "zelvane" / (name + "." + type));
+  const auto around = programFolder().parent_path();
+  const auto file = name + "." + type;
+  if (auto found = existing(around / "share" / "zelvane" / file)) return found;
+  return existing(around / "Resources" / file);
 }
 
 void useStringTable() {

@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 
 #include "core/file_lock.h"
-#include "core/paths.h"
 
 namespace zelvane {
 namespace {
@@ -15,13 +14,6 @@ constexpr std::size_t largestSettings = std::size_t{4} << 20;
 constexpr Seconds lockPatience(1);
 
 }  // namespace
-
-std::string FileDefaults::standardPath() {
-  const auto configuration = ZelvanePaths::env("XDG_CONFIG_HOME");
-  // The XDG rules ignore a relative path.
-  const bool usable = configuration && configuration->front() == '/';
-  return (usable ? *configuration : Paths::home() + "/.config") + "/zelvane/settings.json";
-}
 
 std::optional<Json> UserDefaults::value(const std::string& key) const {
   const Json all = values();

@@ -38,9 +38,6 @@ class FileDefaults : public UserDefaults {
   void remove(const std::string& key) override;
   std::uint64_t version() const override;
 
-  /// The file of this user's settings: zelvane/settings.json in the XDG configuration folder.
-  static std::string standardPath();
-
  private:
   void change(const std::function<void(Json& settings)>& edit);
   std::optional<Json> changeable() const;

@@ -11,6 +11,12 @@ namespace zelvane::platform {
 /// Name of the toolkit's window system that the column is made for, as the toolkit spells it.
 std::string columnWindowSystem();
 
+/// Name of the one that pictures are drawn with: it needs no display.
+std::string pictureWindowSystem();
+
+/// Whether the column must be one of the toolkit's tool windows to leave the focus alone.
+bool columnIsToolWindow();
+
 /// Whether that window system can be reached now. The toolkit ends the process when it cannot.
 bool columnWindowSystemReachable();
 

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "platform/file_sync.h"
+#include "platform/file_times.h"
 
 #include "core/json_file.h"
 
@@ -46,11 +47,6 @@ bool endsOpen(int fd) {
   return size > 0 && pread(fd, &last, 1, size - 1) == 1 && last != '\n';
 }
 
-template <typename TimeSpec>
-std::int64_t nanoseconds(const TimeSpec& time) {
-  return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
-}
-
 class SystemDisk : public NotesDisk {
  public:
   bool exists(const std::string& path) const override {
@@ -61,11 +57,12 @@ class SystemDisk : public NotesDisk {
   std::optional<FileIdentity> identity(const std::string& path) const override {
     struct stat info {};
     if (stat(path.c_str(), &info) != 0) return std::nullopt;
+    const auto times = platform::fileTimes(info);
     return FileIdentity{.device = static_cast<std::uint64_t>(info.st_dev),
                         .file = static_cast<std::uint64_t>(info.st_ino),
                         .size = static_cast<std::uint64_t>(info.st_size),
-                        .modified = nanoseconds(info.st_mtim),
-                        .changed = nanoseconds(info.st_ctim),
+                        .modified = times.modified,
+                        .changed = times.changed,
                         .mode = static_cast<std::uint32_t>(info.st_mode) & 07777};
   }
 

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <ostream>
 #include <sstream>
+#include <unistd.h>
 
 #include "core/json_file.h"
 #include "core/localization.h"

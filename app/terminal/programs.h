@@ -7,11 +7,12 @@
 
 #include "core/time.h"
 
-#include "app/terminal/place.h"
+#include "app/terminal/terminal_host.h"
 
 namespace zelvane {
 
-/// The program's path by the variable PATH; nothing when it is not there.
+/// The program's path by the variable PATH, or in the folders where users install programs; nothing
+/// when it is not there.
 std::optional<std::string> programPath(const std::string& name);
 
 /// What a program said on standard output; nothing when it is not there, does not end within the
@@ -25,17 +26,11 @@ std::optional<std::string> askProgram(const std::string& name,
 bool tellProgram(const std::string& name, const std::vector<std::string>& arguments,
                  Seconds timeout, std::vector<std::string> environment = {});
 
-/// Starts a program that outlives this process and has its own session; false when the program or
-/// the folder is not there. It inherits the environment but what tells of the terminal and of the
-/// errand of this process; `environment` holds "NAME=value" entries to add.
-bool startApart(const std::string& name, const std::vector<std::string>& arguments,
-                const std::string& folder, std::vector<std::string> environment = {});
-
-/// What a POSIX shell is told so that a terminal it starts does not inherit what tells of another:
-/// empty, or a command with its ";". What is `added` on purpose ("NAME=value") stays. Pure.
-std::string forgettingWords(const Environment& inherited, const std::vector<std::string>& added);
-
 /// Words for a POSIX shell that run the command in the folder.
 std::string shellCommand(const std::string& folder, const std::vector<std::string>& argv);
+
+/// Whether these words can be typed into a shell that nobody knows: as ones it can quote, and
+/// nothing that acts on a terminal. Pure.
+bool canBeTyped(const OpenRequest& request);
 
 }  // namespace zelvane

@@ -5,23 +5,13 @@
 namespace zelvane {
 namespace {
 
-TEST(Programs, ANewTerminalForgetsWhereItWasStartedFrom) {
-  struct Case {
-    Environment inherited;
-    std::vector<std::string> added;
-    std::string words;
-  };
-  const Case cases[] = {
-      {{{"HOME", "/h"}, {"ZELVANE_DIR", "/d"}, {"KITTY_CONFIG_DIRECTORY", "/k"}}, {}, ""},
-      {{{"CLAUDECODE", "1"}, {"TMUX", "/x,1,0"}, {"ZELVANE_SNAPSHOT", "/s"}},
-       {},
-       "unset CLAUDECODE TMUX ZELVANE_SNAPSHOT; "},
-      {{{"GNOME_TERMINAL_SCREEN", "/a"}, {"GNOME_TERMINAL_SERVICE", ":1.2"}},
-       {"GNOME_TERMINAL_SCREEN=/b"},
-       "unset GNOME_TERMINAL_SERVICE; "},
-      {{{"KONSOLE_x;touch y", "1"}, {"KONSOLE_\xed\x95\x9c", "1"}}, {}, ""},
-  };
-  for (const auto& one : cases) EXPECT_EQ(forgettingWords(one.inherited, one.added), one.words);
+TEST(Programs, OnlyWhatEveryShellQuotesAlikeCanBeTyped) {
+  EXPECT_TRUE(canBeTyped({"/한글 a';$(x)`y`\"#%*~", {"sh", "-c", "claude; exec sh"}}));
+  for (const char* text :
+       {"/a\\", "/a\\'b", "/a!b", "/a\nb", "/a\x1b[31m", "/a\x7f", "/\xc2\x9b", "/\xff"}) {
+    EXPECT_FALSE(canBeTyped({text, {"sh"}})) << text;
+    EXPECT_FALSE(canBeTyped({"/a", {"sh", text}})) << text;
+  }
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "core/bundle.h"
 #include "core/installer/installer.h"
 #include "core/run_loop.h"
+#include "core/standard_defaults.h"
 
 #include "app/login/login_item.h"
 #include "app/model/family/family.h"
@@ -76,17 +77,13 @@ bool connected(const ConnectionController& connection) {
   return connection.state() == ConnectionController::State::connected;
 }
 
-std::shared_ptr<UserDefaults> standardDefaults() {
-  return std::make_shared<FileDefaults>(FileDefaults::standardPath());
-}
-
 }  // namespace
 
 bool prepareWindowSystem(const LaunchOptions& options) {
   // With more than one screen the toolkit leaves panels and docks out of account without this.
   qputenv("QT_RELY_ON_NET_WORKAREA_ATOM", "1");
   if (options.renderPath) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", QByteArray::fromStdString(platform::pictureWindowSystem()));
     return true;
   }
   // On Wayland, too: a window can neither place itself there nor leave the focus alone.
@@ -114,6 +111,7 @@ int AppDelegate::run() {
     (void)Installer(Installer::systemPlace()).refreshHelperIfConnected(bundledParts());
     connection_->refresh();
     (void)LoginItem::repairIfMoved(Bundle::applicationPath());
+    updater_ = Updater::start();
   }
   const QuitOnSignal quitOnSignal;
   openPanel();
@@ -203,7 +201,8 @@ void AppDelegate::showMenu(QPoint point) {
                           .anchor = store_->anchorTop() ? Anchor::top : Anchor::bottom,
                           .customSize = panelSize_.custom(),
                           .opensAtLogin = LoginItem::isOn(),
-                          .connected = connected(*connection_)})) {
+                          .connected = connected(*connection_),
+                          .updates = updater_ != nullptr})) {
     if (item.separator()) {
       menu->addSeparator();
       continue;
@@ -232,6 +231,8 @@ void AppDelegate::perform(MenuCommand command) {
       return toggleConnection();
     case MenuCommand::refresh:
       return store_->refreshNow();
+    case MenuCommand::checkForUpdates:
+      return updater_->checkForUpdates();
     case MenuCommand::quit:
       // Not when the system ends the session: that may be the beginning of a shutdown.
       store_->markQuit();

@@ -13,6 +13,7 @@
 #include "app/ui/panel/panel_size.h"
 #include "app/ui/panel/screens.h"
 #include "app/ui/power_off_notice.h"
+#include "app/ui/updater.h"
 
 namespace zelvane {
 
@@ -46,6 +47,7 @@ class AppDelegate {
   std::shared_ptr<ZelvaneStore> store_;
   std::shared_ptr<ConnectionController> connection_;
   PanelSize panelSize_;
+  std::unique_ptr<Updater> updater_;  ///< null where there is none
   std::unique_ptr<Appearance> appearance_;
   std::unique_ptr<ColumnPanel> panel_;
   ColumnView* view_ = nullptr;  ///< owned by the panel

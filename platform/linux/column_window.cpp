@@ -69,6 +69,10 @@ std::vector<std::uint32_t> valuesOf(xcb_connection_t* connection,
 
 std::string columnWindowSystem() { return "xcb"; }
 
+std::string pictureWindowSystem() { return "offscreen"; }
+
+bool columnIsToolWindow() { return false; }
+
 bool columnWindowSystemReachable() {
   const Connection connection(xcb_connect(nullptr, nullptr));
   return xcb_connection_has_error(connection.get()) == 0;

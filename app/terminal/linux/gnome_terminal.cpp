@@ -4,6 +4,7 @@
 
 #include "core/localization.h"
 
+#include "app/terminal/linux/start_apart.h"
 #include "app/terminal/programs.h"
 
 namespace zelvane {

@@ -5,7 +5,6 @@
 #include <set>
 
 #include "core/localization.h"
-#include "core/unicode.h"
 
 #include "app/terminal/linux/open_window.h"
 #include "app/terminal/programs.h"
@@ -36,17 +35,6 @@ BusObject mainWindow(const std::string& service, std::int32_t window, const char
 }
 
 }  // namespace
-
-bool canBeTyped(const OpenRequest& request) {
-  // Quoted alike in every shell, but for these: some take a backslash or an exclamation mark for
-  // more than itself even between single quotes, and then find the end of the quotes elsewhere.
-  const auto isPlain = [](const std::string& text) {
-    const auto all = scalars(text);
-    return isUtf8(text) && text.find_first_of("\\!") == text.npos &&
-           std::none_of(all.begin(), all.end(), isControl);
-  };
-  return isPlain(request.folder) && std::all_of(request.argv.begin(), request.argv.end(), isPlain);
-}
 
 std::vector<std::int32_t> childNumbers(std::string_view introspection, std::string_view prefix) {
   std::vector<std::int32_t> numbers;

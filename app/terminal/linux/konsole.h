@@ -12,10 +12,6 @@ namespace zelvane {
 /// which the bus describes it: of "Window_1" and "Window_12", 1 and 12. Sorted.
 std::vector<std::int32_t> childNumbers(std::string_view introspection, std::string_view prefix);
 
-/// Whether the request can be typed into a shell that nobody knows: as words it can quote, and
-/// nothing that acts on a terminal.
-bool canBeTyped(const OpenRequest& request);
-
 class KonsoleHost : public TerminalHost {
  public:
   KonsoleHost(ProcessWorld world, std::shared_ptr<Bus> bus)

@@ -19,15 +19,6 @@ TEST(Konsole, CountsTheChildrenOfABusObject) {
   EXPECT_TRUE(childNumbers("", "").empty());
 }
 
-TEST(Konsole, TypesOnlyWhatEveryShellQuotesAlike) {
-  EXPECT_TRUE(canBeTyped({"/한글 a';$(x)`y`\"#%*~", {"sh", "-c", "claude; exec sh"}}));
-  for (const char* text :
-       {"/a\\", "/a\\'b", "/a!b", "/a\nb", "/a\x1b[31m", "/a\x7f", "/\xc2\x9b", "/\xff"}) {
-    EXPECT_FALSE(canBeTyped({text, {"sh"}})) << text;
-    EXPECT_FALSE(canBeTyped({"/a", {"sh", text}})) << text;
-  }
-}
-
 TEST(OpenWindow, KnowsProgramsByTheirProcessesToo) {
   const OpenRequest request{"/a", {"sh", "-c", "a 'b'; c"}};
   EXPECT_THAT(windowWords("wezterm-gui", request),

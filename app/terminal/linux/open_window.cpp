@@ -8,6 +8,7 @@
 #include "core/paths.h"
 #include "core/text.h"
 
+#include "app/terminal/linux/start_apart.h"
 #include "app/terminal/place.h"
 #include "app/terminal/programs.h"
 

@@ -16,10 +16,12 @@ QRect toRect(const Area& area) { return {area.x, area.y, area.width, area.height
 
 Area toArea(const QRect& rect) { return {rect.x(), rect.y(), rect.width(), rect.height()}; }
 
+Qt::WindowType kind() { return platform::columnIsToolWindow() ? Qt::Tool : Qt::Window; }
+
 }  // namespace
 
 ColumnPanel::ColumnPanel(PanelSize& size, std::function<void(bool)> onVisible)
-    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus),
+    : QWidget(nullptr, kind() | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus),
       size_(size),
       onVisible_(std::move(onVisible)),
       leftGrip_(this, Qt::SizeHorCursor,

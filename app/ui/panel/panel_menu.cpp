@@ -44,6 +44,9 @@ std::vector<MenuItem> panelMenu(const MenuState& state) {
       {.title = state.connected ? L("Claude Code 연결 해제…") : L("Claude Code와 연결하기"),
        .command = MenuCommand::toggleConnection});
   items.push_back({.title = L("새로고침"), .command = MenuCommand::refresh});
+  if (state.updates) {
+    items.push_back({.title = L("업데이트 확인…"), .command = MenuCommand::checkForUpdates});
+  }
   items.push_back(separator);
   items.push_back({.title = L("Zelvane 끝내기"), .command = MenuCommand::quit});
   return items;

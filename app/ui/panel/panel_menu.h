@@ -21,6 +21,7 @@ enum class MenuCommand {
   toggleLogin,
   toggleConnection,
   refresh,
+  checkForUpdates,
   quit,
 };
 
@@ -42,6 +43,7 @@ struct MenuState {
   bool customSize = false;
   bool opensAtLogin = false;
   bool connected = false;  ///< with Claude Code
+  bool updates = false;    ///< whether there is an updater
 };
 
 /// The lines, from top to bottom; made afresh each time the menu is shown.

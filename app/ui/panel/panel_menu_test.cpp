@@ -22,12 +22,27 @@ TEST(PanelMenu, ChecksFollowTheState) {
 }
 
 TEST(PanelMenu, HasItsItemsInOrder) {
-  std::vector<std::string> titles;
-  for (const auto& item : panelMenu({})) titles.push_back(item.title);
-  EXPECT_EQ(titles, (std::vector<std::string>{"테마", "  미니멀", "  픽셀", "  따뜻한 사무실", "",
-                                              "위에 붙이기", "아래에 붙이기", "크기 원래대로", "",
-                                              "로그인할 때 열기", "Claude Code와 연결하기",
-                                              "새로고침", "", "Zelvane 끝내기"}));
+  std::vector<std::string> wanted{"테마",
+                                  "  미니멀",
+                                  "  픽셀",
+                                  "  따뜻한 사무실",
+                                  "",
+                                  "위에 붙이기",
+                                  "아래에 붙이기",
+                                  "크기 원래대로",
+                                  "",
+                                  "로그인할 때 열기",
+                                  "Claude Code와 연결하기",
+                                  "새로고침",
+                                  "업데이트 확인…",
+                                  "",
+                                  "Zelvane 끝내기"};
+  for (const bool updates : {true, false}) {
+    if (!updates) std::erase(wanted, "업데이트 확인…");
+    std::vector<std::string> titles;
+    for (const auto& item : panelMenu({.updates = updates})) titles.push_back(item.title);
+    EXPECT_EQ(titles, wanted);
+  }
 }
 
 TEST(PanelMenu, ResetIsOfferedOnlyWhenThereIsSomethingToReset) {

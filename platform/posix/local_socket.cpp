@@ -11,6 +11,8 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include "platform/posix/local_stream.h"
+
 namespace zelvane::platform {
 namespace {
 
@@ -21,7 +23,7 @@ constexpr std::size_t largestAnswer = std::size_t{16} << 20;
 class Connection {
  public:
   Connection(const std::string& address, Clock::time_point deadline)
-      : fd_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)), deadline_(deadline) {
+      : fd_(openLocalStream()), deadline_(deadline) {
     open_ = fd_ >= 0 && connectTo(address);
   }
   Connection(const Connection&) = delete;
@@ -32,7 +34,7 @@ class Connection {
 
   bool send(std::string_view bytes) {
     while (open_ && !bytes.empty()) {
-      const ssize_t count = ::send(fd_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+      const ssize_t count = sendQuietly(fd_, bytes.data(), bytes.size());
       if (count > 0) bytes.remove_prefix(static_cast<std::size_t>(count));
       if (count <= 0 && !(isTransient() && await(POLLOUT))) return false;
     }

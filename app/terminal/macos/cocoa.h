@@ -1,0 +1,16 @@
+// What only the system's application kit tells and does. Loaded when first needed, not linked: the
+// command is also the hook helper, which must start at once. Any thread.
+#pragma once
+
+#include <string>
+
+namespace zelvane {
+
+/// Bundle identifier of the application in front; empty when there is none or it has none.
+std::string frontApplication();
+
+/// Runs the AppleScript to its end, in this process; false when it failed or could not be read. The
+/// system asks the user once whether we may control the program that the script is about.
+bool runAppleScript(const std::string& source);
+
+}  // namespace zelvane

@@ -1,0 +1,34 @@
+#include "app/terminal/system_terminals.h"
+
+#include "platform/child_process.h"
+
+#include "app/terminal/macos/apple_terminal.h"
+#include "app/terminal/macos/cocoa.h"
+
+namespace zelvane {
+namespace {
+
+std::optional<std::string> askScript(const std::string& script, Seconds limit) {
+  auto result = platform::runChild(
+      {"/usr/bin/osascript", {"-e", script}, std::nullopt, std::vector<std::string>{}, limit});
+  if (result.status != 0) return std::nullopt;
+  return std::move(result.output);
+}
+
+}  // namespace
+
+AppleTerminalDoors appleTerminalDoors() { return {frontApplication, askScript, runAppleScript}; }
+
+std::unique_ptr<TerminalSet> systemTerminals() {
+  TerminalParts parts;
+  parts.processes = systemProcesses();
+  // No desktop: Terminal itself raises its windows and tells which tab it shows.
+  parts.tmux = std::make_unique<Tmux>();
+  parts.hosts.push_back(std::make_unique<AppleTerminalHost>(appleTerminalDoors()));
+  parts.openAnywhere = [doors = appleTerminalDoors()](const OpenRequest& request) {
+    return AppleTerminalHost::openWindow(doors, request);
+  };
+  return std::make_unique<TerminalSet>(std::move(parts));
+}
+
+}  // namespace zelvane
