@@ -31,11 +31,17 @@ class RowWidget : public QWidget {
   /// Writes a running working time anew.
   void showTime(Time now);
 
+  /// As a tap, a right click and the terminal button.
+  void tap();
+  void openMenu();
+  void openTerminal() { callbacks_.openWanted(); }
+
  protected:
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   bool event(QEvent* event) override;
 
  private:
