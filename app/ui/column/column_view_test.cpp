@@ -110,6 +110,23 @@ TEST(ColumnView, OnlyTheClockRunsOnBetweenPasses) {
   EXPECT_EQ(rows[3]->view().time.text, "완료");
 }
 
+/// The column's edge, where the width is dragged, lies over the button's first points.
+TEST(ColumnView, ASmallRowsTerminalButtonIsPressedToItsEdge) {
+  auto rows = demoRows(3, 1, now);
+  rows[1].tty = "/dev/pts/4";
+  Column column(rows);
+  const auto press = [&](QPoint inRow) {
+    QTest::mouseClick(column.panel.windowHandle(), Qt::LeftButton, {},
+                      column.rows()[1]->mapTo(&column.panel, inRow));
+  };
+  press({3, 10});
+  EXPECT_TRUE(QTest::qWaitFor([&] { return column.jumpsSoFar().size() == 1; }));
+  press({3, 25});
+  press({1, 10});
+  EXPECT_EQ(column.sizes(), "sss") << "the edge";
+  EXPECT_EQ(column.jumpsSoFar().size(), 1U);
+}
+
 TEST(ColumnView, TheMenuButtonAsksForTheMenu) {
   Column column(demoRows(1, 1, now));
   auto* button = column.panel.findChild<QAbstractButton*>();
