@@ -16,7 +16,7 @@ using namespace zelvane;
 
 namespace {
 
-/// Answers what needs no display; nothing when the column is to be opened.
+/// Answers what needs no display, mistakes too; nothing when the column is to be opened.
 std::optional<int> answered(const LaunchOptions& options) {
   if (options.selfTestNotes) return runNotesSelfTest(std::cout, std::cerr) ? 0 : 1;
   if (options.selfTestLoginItem) return LoginItem::selfTest(std::cout) ? 0 : 1;
@@ -28,7 +28,9 @@ std::optional<int> answered(const LaunchOptions& options) {
     std::cout << "Zelvane " << Bundle::version() << '\n';
     return 0;
   }
-  return std::nullopt;
+  if (options.mistake.empty()) return std::nullopt;
+  std::cerr << options.mistake << ' ' << L("(쓰는 법: zelvane-app --help)") << '\n';
+  return 2;
 }
 
 }  // namespace
