@@ -10,6 +10,7 @@
 #include "app/login/login_item.h"
 #include "app/notes/notes_self_test.h"
 #include "app/ui/application.h"
+#include "app/ui/friends/app_icon.h"
 #include "app/ui/single_instance.h"
 
 using namespace zelvane;
@@ -49,5 +50,7 @@ int main(int argc, char** argv) {
   if (!options.sample && !becomeSingleInstance(instanceLockPath(), sleep)) return 0;
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("zelvane"));
+  QApplication::setDesktopFileName(QStringLiteral("zelvane"));
+  QApplication::setWindowIcon(QPixmap::fromImage(appIcon(64)));
   return AppDelegate(options).run();
 }
