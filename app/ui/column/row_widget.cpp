@@ -53,13 +53,20 @@ void RowWidget::setView(const RowView& view, int width) {
   if (view == view_ && width == width_) return;
   view_ = view;
   width_ = width;
-  layout_ = rowLayout(view_, width);
-  character_.configure(view_.character, layout_.character);
-  rain_.configure(view_.rain, layout_.tile);
+  layout_ = rowOutline(view_, width);
+  arranged_ = false;
   terminalButton_.setLook(view_.terminal, view_.size, view_.opacity);
   terminalButton_.setGeometry(layout_.terminalButton);
   tellRowChanged(*this);
   update();
+}
+
+/// When the row is seen, not before: most of three hundred rows never are.
+void RowWidget::arrange() {
+  if (std::exchange(arranged_, true)) return;
+  if (view_.size == RowSize::small) layout_ = rowLayout(view_, width_);
+  character_.configure(view_.character, layout_.character);
+  rain_.configure(view_.rain, layout_.tile);
 }
 
 void RowWidget::showTime(Time now) {
@@ -67,12 +74,14 @@ void RowWidget::showTime(Time now) {
   auto text = workingTime(now - *view_.liveSince);
   if (text == view_.time.text) return;
   view_.time.text = std::move(text);
+  if (!arranged_) return;
   const QRect before = layout_.time.box;
   layout_.time = placedTime(view_, width_, layout_.height);
   update(before | layout_.time.box);
 }
 
 void RowWidget::paintEvent(QPaintEvent* event) {
+  arrange();
   // Mostly a tile or a character alone: laying out texts that are cut off would cost the most.
   const QRegion& dirty = event->region();
   QPainter painter(this);

@@ -45,6 +45,7 @@ class RowWidget : public QWidget {
   bool event(QEvent* event) override;
 
  private:
+  void arrange();
   void paintFrame(QPainter& painter) const;
   void paintGrounds(QPainter& painter) const;
   void showMemoTip(const QPoint& position, const QPoint& onScreen);
@@ -53,6 +54,7 @@ class RowWidget : public QWidget {
   RowView view_;
   RowLayout layout_;
   int width_ = 0;
+  bool arranged_ = true;  ///< what is seen follows the view
   bool pressed_ = false;
   FriendView character_;
   CodeRain rain_;
