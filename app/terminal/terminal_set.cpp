@@ -332,9 +332,7 @@ Support TerminalSet::supportOf(const Place& place) {
   support.jump = false;
   const bool hidden = !(reachable && parts_.desktop->showsEverything());
   if (support.advice.empty() && hidden && !terminalProgram(place).empty()) {
-    support.advice =
-        L("이 데스크톱은 다른 프로그램의 창을 보여 주지 않아요. X11 이나 sway 에서는 "
-          "탭까지 찾아가요.");
+    support.advice = parts_.adviceWhereHidden;
   }
   return support;
 }

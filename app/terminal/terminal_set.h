@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "core/localization.h"
+
 #include "app/terminal/desktop.h"
 #include "app/terminal/place.h"
 #include "app/terminal/terminal.h"
@@ -26,6 +28,10 @@ struct TerminalParts {
   std::vector<std::unique_ptr<TerminalHost>> hosts;
   /// Opens a window of any terminal when no session is near.
   std::function<bool(const OpenRequest&)> openAnywhere = [](const auto&) { return false; };
+  /// What the user can do about terminals whose windows are out of reach.
+  std::string adviceWhereHidden =
+      L("이 데스크톱은 다른 프로그램의 창을 보여 주지 않아요. X11 이나 sway 에서는 "
+        "탭까지 찾아가요.");
 };
 
 /// The calls are those of `Terminal`.

@@ -2,6 +2,8 @@
 
 #include "platform/child_process.h"
 
+#include "core/localization.h"
+
 #include "app/terminal/macos/apple_terminal.h"
 #include "app/terminal/macos/cocoa.h"
 
@@ -25,6 +27,7 @@ std::unique_ptr<TerminalSet> systemTerminals() {
   // No desktop: Terminal itself raises its windows and tells which tab it shows.
   parts.tmux = std::make_unique<Tmux>();
   parts.hosts.push_back(std::make_unique<AppleTerminalHost>(appleTerminalDoors()));
+  parts.adviceWhereHidden = L("macOS에서는 기본 터미널 앱의 탭만 찾아갈 수 있어요.");
   parts.openAnywhere = [doors = appleTerminalDoors()](const OpenRequest& request) {
     return AppleTerminalHost::openWindow(doors, request);
   };
