@@ -1,0 +1,2 @@
+// refused: 'sys/eventfd.h' file not found
+#include <sys/eventfd.h>

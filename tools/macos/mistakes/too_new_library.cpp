@@ -1,0 +1,5 @@
+// refused: no member named 'jthread' in namespace 'std'
+#include <thread>
+void tooNew() {
+  std::jthread thread([] {});
+}
