@@ -10,7 +10,9 @@
 
 #include "core/localization.h"
 
+#include "app/ui/column/accessible.h"
 #include "app/ui/column/column_shape.h"
+#include "app/ui/column/focus.h"
 #include "app/ui/column/text_style.h"
 
 namespace zelvane {
@@ -40,6 +42,8 @@ ColumnView::ColumnView(std::shared_ptr<ZelvaneStore> store,
            .menuWanted = [this](const auto& session, QPoint p) { showRowMenu(session, p); },
            .openWanted = [this](const auto& session) { openTerminal(session); }})),
       ticker_([this] { rows_->showTimes(options_.clock()); }) {
+  makeColumnAccessible();
+  rows_->setAccessibleName(QString::fromStdString(L("탭")));
   scroll_.setFrameShape(QFrame::NoFrame);
   scroll_.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   scroll_.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -107,6 +111,7 @@ void ColumnView::refresh() {
                              .terminalButtonLearned = terminalButtonLearned_,
                              .family = &Family::all()}),
                  colors, width());
+  setAccessibleDescription(QString::fromStdString(store_->notesProblem().value_or("")));
   ticker_.setRunning(options_.liveClock && store_->clockNeeded());
   place();
   update();
@@ -143,6 +148,16 @@ void ColumnView::resizeEvent(QResizeEvent* event) {
   } else {
     place();
   }
+}
+
+bool ColumnView::focusNextPrevChild(bool next) { return moveFocus(*this, next); }
+
+/// The toolkit presses buttons by the space bar only.
+void ColumnView::keyPressEvent(QKeyEvent* event) {
+  auto* button = qobject_cast<QAbstractButton*>(window()->focusWidget());
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (!button || !enter) return event->ignore();
+  button->click();
 }
 
 QStringList ColumnView::problemLines() const {

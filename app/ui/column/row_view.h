@@ -49,10 +49,11 @@ struct RowView {
   RowText model;
   RowText status;
   std::optional<ZelvaneSession::Progress> progress;
-  RowText time;                   ///< since when; at the trailing end of a small row
-  std::optional<Time> liveSince;  ///< `time` is the working time since then
-  Rgb line;                       ///< grounds and tracks
-  std::string accessibleName;
+  RowText time;                       ///< since when; at the trailing end of a small row
+  std::optional<Time> liveSince;      ///< `time` is the working time since then
+  Rgb line;                           ///< grounds and tracks
+  std::string accessibleName;         ///< what is spoken first
+  std::string accessibleDescription;  ///< and then
 
   bool operator==(const RowView&) const = default;
 };

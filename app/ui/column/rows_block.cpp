@@ -85,6 +85,17 @@ void RowsBlock::setPlan(std::vector<ColumnItem> plan, const ThemeSpec& theme, in
   update();
 }
 
+/// The arrows go from row to row, past the buttons in them.
+void RowsBlock::keyPressEvent(QKeyEvent* event) {
+  const bool down = event->key() == Qt::Key_Down;
+  if (!down && event->key() != Qt::Key_Up) return event->ignore();
+  const auto insideARow = [this] {
+    const auto* focused = window()->focusWidget();
+    return focused && isAncestorOf(focused) && focused->parentWidget() != this;
+  };
+  while (focusNextPrevChild(down) && insideARow()) continue;
+}
+
 void RowsBlock::showTimes(Time now) {
   for (auto& [key, row] : rows_) row.widget->showTime(now);
 }
