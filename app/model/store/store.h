@@ -127,7 +127,7 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
   explicit ZelvaneStore(Options options);
 
   void runPass();
-  void keepRecordsUp(const RefreshInputs& inputs);
+  void keepRecordsUp(const RefreshInputs& inputs, Time now);
   void saveFriends();
   void requestPass();
   void checkReboot();
