@@ -114,7 +114,9 @@ void ColumnView::refresh() {
   setAccessibleDescription(QString::fromStdString(store_->notesProblem().value_or("")));
   ticker_.setRunning(options_.liveClock && store_->clockNeeded());
   place();
-  update();
+  // A pass that brings nothing new paints nothing.
+  const Ground ground{colors, problemLines(), header_.y()};
+  if (std::exchange(ground_, ground) != ground) update();
   reportHeight();
 }
 

@@ -55,6 +55,14 @@ class ColumnView : public QWidget {
   bool focusNextPrevChild(bool next) override;
 
  private:
+  /// What it paints itself.
+  struct Ground {
+    ThemeSpec theme;
+    QStringList problem;
+    int top = 0;
+    bool operator==(const Ground&) const = default;
+  };
+
   void storeChanged(ZelvaneStore::Change change);
   void tapped(const ZelvaneSession& session);
   void openTerminal(const ZelvaneSession& session);
@@ -75,6 +83,7 @@ class ColumnView : public QWidget {
   std::optional<std::string> expanded_;  ///< id of the row that the user opened
   bool terminalButtonLearned_;
   int contentHeight_ = 0;
+  std::optional<Ground> ground_;
 
   Header header_;
   Card connectionCard_;

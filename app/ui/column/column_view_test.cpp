@@ -100,6 +100,31 @@ TEST(ColumnView, ThePanelFollowsTheContentAndScrollsBeyondTheScreen) {
   EXPECT_LT(scroll->height(), scroll->widget()->height());
 }
 
+struct PaintCount : QObject {
+  bool eventFilter(QObject*, QEvent* event) override {
+    count += event->type() == QEvent::Paint ? 1 : 0;
+    return false;
+  }
+  int count = 0;
+};
+
+TEST(ColumnView, APassThatBringsNothingNewPaintsNothing) {
+  auto rows = showcaseRows(1, now);
+  rows[1].state = rows[2].state = ZelvaneState::idle;
+  Column column(rows);
+  QTest::qWait(1);
+  PaintCount paints;
+  qApp->installEventFilter(&paints);
+  column.store->showSamples(rows);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(paints.count, 0);
+  rows[4].title = "다른 이름";
+  column.store->showSamples(rows);
+  QCoreApplication::processEvents();
+  EXPECT_GT(paints.count, 0);
+  qApp->removeEventFilter(&paints);
+}
+
 TEST(ColumnView, OnlyTheClockRunsOnBetweenPasses) {
   Column column(showcaseRows(1, now));
   column.time += Seconds(5);

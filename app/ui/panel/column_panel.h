@@ -60,6 +60,7 @@ class ColumnPanel : public QWidget {
   ChosenSize chosenAtStart_;
   ChosenSize chosenByDrag_;
 
+  QSize cutFor_;  ///< the size that the mask is made for; invalid without one
   bool seen_ = true;
   QTimer look_;
   EdgeGrip leftGrip_;

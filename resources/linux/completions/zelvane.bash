@@ -8,7 +8,7 @@ _zelvane() {
       list | watch | terminals | status) words="--json --help" ;;
       restore) words="--exact --dry-run --help" ;;
       jump | ack | pin | title | memo)
-        [ "$COMP_CWORD" -ne 2 ] || words=$(seq "$(zelvane list --json 2>/dev/null | grep -c '"pid"')" 2>/dev/null)
+        [ "$COMP_CWORD" -ne 2 ] || words=$(zelvane list 2>/dev/null | sed -n 's/^ *\([0-9][0-9]*\)  .*/\1/p')
         ;;
       *) words=--help ;;
     esac

@@ -16,6 +16,8 @@
 #include "app/model/transcripts/transcript_reader.h"
 #include "tests/support/temporary_folder.h"
 
+#include "benchmarks/row.h"
+
 namespace zelvane {
 namespace {
 
@@ -144,8 +146,8 @@ void measureTail(const char* what, const std::string& tail, std::size_t bytes) {
     TranscriptReader reader(folder.path(), files);
     if (reader.modelInfo("s", path, start).model != "Opus 5.5") std::abort();
   });
-  std::printf("%-52s %6zu bytes: %5.2f x a bare read (%6.1f and %5.1f us)\n", what, bytes,
-              read / bare, read, bare);
+  print({std::string("transcript, ") + what, read, "us", bare, "reading the bytes",
+         std::to_string(bytes) + " B"});
 }
 
 /// The system's files, which count what is asked of them.
@@ -203,8 +205,8 @@ void pass(const char* what, TranscriptReader& reader, CountingFiles& files, doub
     const auto info = reader.modelInfo(id, reader.findTranscript(id, now), now);
     if (info.model != "Opus 5.5") std::abort();
   }
-  std::printf("200 sessions of 200 MB, %-34s %4zu opens, %9zu bytes, %6.2f ms\n", what, files.opens,
-              files.bytes, (microseconds() - begin) / 1e3);
+  print({std::string("200 transcripts of 200 MB, ") + what, (microseconds() - begin) / 1e3, "ms", 0,
+         "", std::to_string(files.opens) + " opens, " + std::to_string(files.bytes) + " B"});
 }
 
 }  // namespace
@@ -220,18 +222,17 @@ int main() {
   const auto tool = [](const char* output, std::size_t bytes) {
     return toolLine(repeated(output, bytes));
   };
-  measureTail("one answer, then a large attachment", said + attachmentLine(60'000), usual);
-  measureTail("one answer, then a request", said + requestLine(60'000), usual);
-  measureTail("answers of prose, no prompt in sight",
+  measureTail("a large attachment last", said + attachmentLine(60'000), usual);
+  measureTail("a request last", said + requestLine(60'000), usual);
+  measureTail("prose, no prompt in sight",
               padded("", assistantLine(repeated("그 파일을 고치고 시험했어요. ", 900)), 3 * usual),
               usual);
-  measureTail("output of tools, then an answer at the front",
+  measureTail("output of tools",
               said + repeated(tool("drwxr-xr-x 2 me me 4096 src\n", 2'000), 55'000), usual);
-  measureTail("output of tools that is JSON in JSON",
-              said + repeated(tool(R"({"key":"value","n":1})", 2'000), 55'000), usual);
-  measureTail("the shortest lines of tools, 1.3 KB", said + repeated(tool("ok. ", 420), 58'000),
+  measureTail("JSON in JSON", said + repeated(tool(R"({"key":"value","n":1})", 2'000), 55'000),
               usual);
-  measureTail("answer far back: a usual and a deep tail", said + attachmentLine(400'000),
+  measureTail("lines of 1.3 KB", said + repeated(tool("ok. ", 420), 58'000), usual);
+  measureTail("a usual and a deep tail", said + attachmentLine(400'000),
               TranscriptReader::deepTail);
   // No client writes many of these: the cost of a line, not of its bytes.
   measureTail(
@@ -242,10 +243,10 @@ int main() {
   const Sessions sessions;
   const auto files = std::make_shared<CountingFiles>();
   TranscriptReader reader(sessions.folder.path("projects"), files);
-  pass("first pass:", reader, *files, 0);
-  pass("unchanged:", reader, *files, 10);
+  pass("first pass", reader, *files, 0);
+  pass("unchanged", reader, *files, 10);
   sessions.grow();
-  pass("all grown, 20 seconds later:", reader, *files, 20);
-  pass("30 seconds after the first pass:", reader, *files, 30);
-  pass("unchanged:", reader, *files, 400);
+  pass("grown 20 s later", reader, *files, 20);
+  pass("30 s after the first", reader, *files, 30);
+  pass("unchanged", reader, *files, 400);
 }

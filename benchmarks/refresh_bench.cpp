@@ -16,6 +16,8 @@
 #include "app/model/refresh/gather.h"
 #include "tests/support/temporary_folder.h"
 
+#include "benchmarks/row.h"
+
 namespace zelvane {
 namespace {
 
@@ -150,12 +152,12 @@ Figures measure(int count) {
 
 int main() {
   double perRow = 0;
-  for (const int count : {50, 500, 2000}) {
+  for (const int count : {1, 20, 100, 500, 2000}) {
     const auto [pass, bare] = zelvane::measure(count);
-    if (perRow == 0) perRow = pass / count;
-    std::printf(
-        "%4d sessions: pass %6.2f ms CPU, %.2f x the bare reading (%.2f ms); "
-        "per session %.2f x that of 50\n",
-        count, pass, pass / bare, bare, pass / count / perRow);
+    const double before = perRow;
+    perRow = pass / count;
+    zelvane::print({"refresh pass, sessions: " + std::to_string(count), pass, "ms", bare,
+                    "reading the same files",
+                    before > 0 ? zelvane::growth("session", perRow, before) : ""});
   }
 }

@@ -12,6 +12,8 @@
 #include "tests/support/manual_notes.h"
 #include "tests/support/temporary_folder.h"
 
+#include "benchmarks/row.h"
+
 namespace zelvane {
 namespace {
 
@@ -97,6 +99,10 @@ double saveTime(NotesStore::Options options) {
   });
 }
 
+std::string sizeText(int count, const std::string& memo) {
+  return std::to_string(count) + " notes of " + std::to_string(memo.size()) + " B";
+}
+
 /// What it costs that a save survives a power cut.
 void measureDurability(int count, std::size_t memoBytes) {
   const test::TemporaryFolder folder;
@@ -109,9 +115,8 @@ void measureDurability(int count, std::size_t memoBytes) {
   forgetful.disk = std::make_shared<ForgetfulDisk>();
   const double without = saveTime(forgetful);
   const double with = saveTime(manual(folder));
-  std::printf(
-      "%6d notes of %8zu bytes: a save with its flushes %.2f x one without (%.2f and %.2f ms)\n",
-      count, memoOf(memoBytes).size(), with / without, with, without);
+  print({"save that survives a power cut, " + sizeText(count, memoOf(memoBytes)), with, "ms",
+         without, "one that does not"});
 }
 
 void measure(int count, std::size_t memoBytes) {
@@ -133,10 +138,10 @@ void measure(int count, std::size_t memoBytes) {
   const double wait = longestWait(store, memo);
   const auto kept = NotesStore(manual(folder)).entry("session-0").memo;
   if (store.problem() || !kept || !kept->starts_with(memo)) std::abort();
-  std::printf(
-      "%6d notes of %8zu bytes: load %.2f x, save %.2f x writing the same bytes once "
-      "(%.1f ms); longest wait of a caller %.4f x (%.2f ms)\n",
-      count, memo.size(), load / bare, save / bare, bare, wait / bare, wait);
+  const char* once = "writing the bytes once";
+  print({"load, " + sizeText(count, memo), load, "ms", bare, once});
+  print({"save, " + sizeText(count, memo), save, "ms", bare, once});
+  print({"a typist's longest wait, " + sizeText(count, memo), wait, "ms", bare, once});
 }
 
 }  // namespace

@@ -15,6 +15,8 @@
 
 #include "tests/support/temporary_folder.h"
 
+#include "benchmarks/row.h"
+
 namespace zelvane {
 namespace {
 
@@ -142,13 +144,13 @@ void measure(const std::string& programs) {
   }
   const double nothing = median(runs[0].costs);
   const double shellAlone = median(runs[1].costs);
-  std::printf("%-34s %9s %11s %9s %9s\n", "one event", "ms", "x /bin/true", "x zsh", "MB");
   for (const auto& run : runs) {
     const double time = median(run.costs);
     long most = 0;
     for (const auto& cost : run.costs) most = std::max(most, cost.kilobytes);
-    std::printf("%-34s %9.2f %11.2f %9.2f %9.1f\n", run.name, time, time / nothing,
-                time / shellAlone, static_cast<double>(most) / 1024);
+    const bool throughShell = run.command.front() == "/bin/zsh";
+    print({std::string("hook event: ") + run.name, time, "ms", throughShell ? shellAlone : nothing,
+           throughShell ? "zsh -f -c true" : "/bin/true", std::to_string(most / 1024) + " MB"});
   }
 }
 
