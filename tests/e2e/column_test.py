@@ -1,11 +1,9 @@
 """The real window on a real X server with a window manager."""
 import json
-import os
-import pathlib
 import time
 import unittest
 
-from display import Display
+from column_case import ColumnCase
 from machine import Machine, eventually
 
 # Colours of the light minimal theme.
@@ -13,25 +11,7 @@ BACKGROUND, WAIT, TEXT = (251, 251, 249), (212, 86, 31), (29, 29, 27)
 CAT = (232, 145, 74)  # the body of the first character
 
 
-class ColumnTest(unittest.TestCase):
-    def setUp(self):
-        self.machine = Machine()
-        self.addCleanup(self.machine.close)
-        self.machine.run("connect")
-        self.display = Display(self.machine)
-        self.pictures = pathlib.Path(os.environ.get("ZELVANE_PICTURES", self.machine.folder))
-
-    def start_column(self, *arguments):
-        child = self.machine.start("zelvane-app", *arguments, DISPLAY=self.display.name)
-        window, _ = eventually(lambda: self.display.output(
-            "xdotool", "search", "--onlyvisible", "--class", "zelvane"), what="the window appears")
-        return child, window.split()[0]
-
-    def geometry(self, window):
-        lines = self.display.output("xdotool", "getwindowgeometry", "--shell", window).split("\n")
-        values = dict(line.split("=") for line in lines)
-        return tuple(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
-
+class ColumnTest(ColumnCase):
     def press_button(self):
         """Presses the first filled button of a card, once there is one."""
         (x, y), _ = eventually(lambda: self.display.find(TEXT, run=20), what="a button shows")
@@ -43,10 +23,6 @@ class ColumnTest(unittest.TestCase):
         self.display.click(x + width - 24, y + 18)
         eventually(lambda: len(self.windows()) > 1, what="the menu opens")
         self.display.output("xdotool", "key", "Up", "Up", "Up", "Return")
-
-    def windows(self):
-        return self.display.output("xdotool", "search", "--onlyvisible", "--class",
-                                   "zelvane").split()
 
     def ask_to_disconnect(self, window, answer):
         self.choose_connection(window)
@@ -111,10 +87,7 @@ class ColumnTest(unittest.TestCase):
 
     def test_a_click_never_takes_the_focus(self):
         display = self.display
-        self.machine.spawn("xterm", DISPLAY=display.name)
-        xterm, _ = eventually(lambda: display.output("xdotool", "search", "--onlyvisible", "--class",
-                                                     "xterm"), what="a terminal")
-        display.output("xdotool", "windowfocus", "--sync", xterm)
+        xterm, _ = self.start_terminal()
         child, window = self.start_column("--demo", "3")
         eventually(lambda: self.geometry(window)[3] > 100, what="the sample rows")
         focused = display.output("xdotool", "getwindowfocus")

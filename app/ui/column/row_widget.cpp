@@ -54,8 +54,23 @@ void RowWidget::setView(const RowView& view, int width) {
   rain_.configure(view_.rain, layout_.tile);
   terminalButton_.setLook(view_.terminal, view_.size, view_.opacity);
   terminalButton_.setGeometry(layout_.terminalButton);
+  placeButton(memoButton_, view_.memoButton, layout_.memoButton, callbacks_.memoWanted);
+  placeButton(effortButton_, view_.effortButton, layout_.effortButton, callbacks_.effortWanted);
   setAccessibleName(QString::fromStdString(view_.accessibleName));
   update();
+}
+
+/// Most rows are small and have none.
+void RowWidget::placeButton(std::unique_ptr<TextButton>& button,
+                            const std::optional<TextButtonLook>& look, const QRect& place,
+                            const std::function<void()>& action) {
+  if (look && !button) button = std::make_unique<TextButton>(this, action);
+  if (!button) return;
+  if (look) {
+    button->setLook(*look);
+    button->setGeometry(place);
+  }
+  button->setVisible(look.has_value());
 }
 
 void RowWidget::showTime(Time now) {
@@ -126,7 +141,10 @@ void RowWidget::mousePressEvent(QMouseEvent* event) {
 void RowWidget::mouseReleaseEvent(QMouseEvent* event) {
   const bool tap = pressed_ && event->button() == Qt::LeftButton;
   pressed_ = false;
-  if (tap && view_.tappable && rect().contains(event->position().toPoint())) callbacks_.tapped();
+  const QPoint point = event->position().toPoint();
+  if (!tap || !rect().contains(point)) return;
+  if (layout_.title.contains(point)) return callbacks_.titleTapped();
+  if (view_.tappable) callbacks_.tapped();
 }
 
 void RowWidget::contextMenuEvent(QContextMenuEvent* event) {
