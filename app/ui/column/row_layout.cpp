@@ -178,9 +178,13 @@ void BigRow::addTile() {
   using namespace big;
   const int room = right_ - tile - spacing - left_;
   // A title that is being typed may become any length.
-  const int titleWidth =
+  int wanted =
       edits(EditorField::title) ? right_ : tagWidth() + naturalWidth(view_.title, titlePixels);
-  if (!tileMakesWay(titleWidth, room)) {
+  // What the session waits for is what the row is there for.
+  if (view_.character.state == ZelvaneState::waiting) {
+    wanted = std::max(wanted, naturalWidth(view_.subtitle, textPixels));
+  }
+  if (!tileMakesWay(wanted, room)) {
     layout_.tile = QRect(right_ - tile, vertical, tile, tile);
   }
 }

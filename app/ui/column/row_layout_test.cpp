@@ -109,6 +109,18 @@ TEST(RowLayout, ATileMakesWayForATitleThatWouldBeCut) {
   }
 }
 
+TEST(RowLayout, ATileMakesWayForAQuestionThatWouldBeCut) {
+  for (const auto state : {ZelvaneState::waiting, ZelvaneState::working}) {
+    ZelvaneSession session;
+    session.title = "짧게";
+    session.subtitle = repeated("글", 12);
+    session.state = state;
+    session.pinned = true;
+    const auto layout = rowLayout(rowView(session, {.now = timeAt(60)}), 280);
+    EXPECT_EQ(layout.tile.isEmpty(), state == ZelvaneState::waiting);
+  }
+}
+
 TEST(RowLayout, ASuggestedEffortStandsBesideTheModelWhereItFits) {
   auto session = fullSession("짧게");
   session.pinned = true;
