@@ -10,13 +10,14 @@
 #include "app/login/login_item.h"
 #include "app/notes/notes_self_test.h"
 #include "app/ui/application.h"
+#include "app/ui/friends/app_icon.h"
 #include "app/ui/single_instance.h"
 
 using namespace zelvane;
 
 namespace {
 
-/// Answers what needs no display; nothing when the column is to be opened.
+/// Answers what needs no display, mistakes too; nothing when the column is to be opened.
 std::optional<int> answered(const LaunchOptions& options) {
   if (options.selfTestNotes) return runNotesSelfTest(std::cout, std::cerr) ? 0 : 1;
   if (options.selfTestLoginItem) return LoginItem::selfTest(std::cout) ? 0 : 1;
@@ -28,7 +29,9 @@ std::optional<int> answered(const LaunchOptions& options) {
     std::cout << "Zelvane " << Bundle::version() << '\n';
     return 0;
   }
-  return std::nullopt;
+  if (options.mistake.empty()) return std::nullopt;
+  std::cerr << options.mistake << ' ' << L("(쓰는 법: zelvane-app --help)") << '\n';
+  return 2;
 }
 
 }  // namespace
@@ -47,5 +50,7 @@ int main(int argc, char** argv) {
   if (!options.sample && !becomeSingleInstance(instanceLockPath(), sleep)) return 0;
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("zelvane"));
+  QApplication::setDesktopFileName(QStringLiteral("zelvane"));
+  QApplication::setWindowIcon(QPixmap::fromImage(appIcon(64)));
   return AppDelegate(options).run();
 }

@@ -38,6 +38,11 @@ TEST_F(HookCommand, MakesWhatIsMissingAndChangesWhatIsThere) {
   take(
       R"({"session_id":"a","hook_event_name":"Notification","notification_type":"permission_prompt"})");
   EXPECT_EQ(record("a")["state"], "waiting") << "a damaged record begins anew";
+  for (const char* folder : {"zelvane", "zelvane/sessions"}) {
+    EXPECT_EQ(std::filesystem::status(data_.path(folder)).permissions(),
+              std::filesystem::perms::owner_all)
+        << "records hold prompts: " << folder;
+  }
 }
 
 TEST_F(HookCommand, TouchesNothingOutsideItsFolders) {

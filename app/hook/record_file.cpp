@@ -2,9 +2,9 @@
 
 #include <cerrno>
 #include <filesystem>
-#include <sys/stat.h>
 
 #include "core/file_lock.h"
+#include "core/private_folder.h"
 #include "core/text.h"
 
 namespace zelvane {
@@ -20,12 +20,6 @@ std::string lockFile(const RecordFolder& folder, const std::string& sessionId) {
   std::uint32_t hash = 2166136261U;  // FNV-1a
   for (const char c : sessionId) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
   return folder.locks + "/" + std::to_string(hash % 64) + ".lock";
-}
-
-void makeFolder(const std::string& path) {
-  if (mkdir(path.c_str(), 0700) == 0) return;
-  std::error_code ignored;
-  fs::create_directories(path, ignored);
 }
 
 /// How a change went: `noTurn` when the others took all the time there was.
@@ -62,8 +56,8 @@ bool changeRecord(const RecordFolder& folder, const std::string& sessionId,
   auto result = attempt();
   if (result == Attempt::failed) {
     // The first change ever, or somebody removed the folders.
-    makeFolder(folder.locks);
-    makeFolder(folder.records);
+    (void)makePrivateFolder(folder.locks);
+    (void)makePrivateFolder(folder.records);
     result = attempt();
   }
   return result == Attempt::done;

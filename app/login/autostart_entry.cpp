@@ -23,8 +23,8 @@ std::string autostartText(const std::string& app) {
     }
     program += c;
   }
-  return "[Desktop Entry]\nType=Application\nName=Zelvane" + std::string(execKey) + program +
-         "\"\nX-GNOME-Autostart-enabled=true\nTerminal=false\n";
+  return "[Desktop Entry]\nType=Application\nName=Zelvane\nIcon=zelvane" + std::string(execKey) +
+         program + "\"\nX-GNOME-Autostart-enabled=true\nTerminal=false\n";
 }
 
 std::optional<std::string> autostartTarget(const std::string& text) {

@@ -7,8 +7,8 @@
 
 namespace zelvane::NotesText {
 
-/// A title as it is kept: one line of at most 80 characters as people count them, without blanks
-/// at its ends; nothing when nothing is left.
+/// A title as it is kept: one line without blanks at its ends, then cut to 80 characters as people
+/// count them; nothing when nothing is left.
 std::optional<std::string> clean(const std::optional<std::string>& title);
 
 /// A memo as it is kept: exactly as typed; nothing when it holds only white space.

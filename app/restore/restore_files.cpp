@@ -1,8 +1,7 @@
 #include "app/restore/restore_files.h"
 
-#include <filesystem>
-
 #include "core/paths.h"
+#include "core/private_folder.h"
 
 namespace zelvane {
 namespace {
@@ -32,8 +31,7 @@ void keepNamedSnapshot() {
   const auto path = ZelvanePaths::env(named);
   const auto snapshot = path ? readJSON(*path, largestFile) : std::nullopt;
   if (!snapshot) return;
-  std::error_code ignored;
-  std::filesystem::create_directories(ZelvanePaths::snapDir(), ignored);
+  (void)makePrivateFolder(ZelvanePaths::snapDir());
   (void)JSONFile::writeAtomic(*snapshot, keptSnapshotPath());
 }
 

@@ -1,16 +1,26 @@
 #include "app/ui/launch_options.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <locale>
 #include <sstream>
+#include <string_view>
 
 #include "core/localization.h"
+#include "core/unicode.h"
 
 namespace zelvane {
 namespace {
 
 using Arguments = std::vector<std::string>;
+
+constexpr std::array<std::string_view, 7> flags{
+    "--help", "-h",        "--version", "--selftest-notes", "--selftest-loginitem",
+    "--dark", "--showcase"};
+// The first two do something without their value, too.
+constexpr std::array<std::string_view, 4> withValue{"--render", "--demo", "--theme", "--width"};
+constexpr int mostRows = 10'000;
 
 bool has(const Arguments& arguments, const std::string& option) {
   return std::find(arguments.begin(), arguments.end(), option) != arguments.end();
@@ -42,6 +52,27 @@ std::optional<double> number(const std::string& text) {
   return value;
 }
 
+bool among(const auto& options, const std::string& argument) {
+  return std::find(options.begin(), options.end(), argument) != options.end();
+}
+
+std::string mistakeIn(const Arguments& arguments, const LaunchOptions& options) {
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const auto& argument = arguments[i];
+    const bool isValue = i > 0 && among(withValue, arguments[i - 1]);
+    if (!isValue && !among(flags, argument) && !among(withValue, argument)) {
+      return LF("모르는 옵션이에요: %@", {printable(argument)});
+    }
+  }
+  if (!arguments.empty() && (arguments.back() == "--theme" || arguments.back() == "--width")) {
+    return LF("%@ 뒤에 값이 빠졌어요.", {arguments.back()});
+  }
+  if (options.demo && (*options.demo < 0 || *options.demo > mostRows)) {
+    return LF("--demo 에는 0에서 %d 사이의 수를 써 주세요.", {mostRows});
+  }
+  return "";
+}
+
 }  // namespace
 
 LaunchOptions launchOptions(const Arguments& arguments) {
@@ -61,6 +92,7 @@ LaunchOptions launchOptions(const Arguments& arguments) {
     if (width) options.width = static_cast<int>(std::clamp(*width, leastWidth, greatestWidth));
   }
   if (const auto count = after(arguments, "--demo")) options.demo = integer(*count);
+  options.mistake = mistakeIn(arguments, options);
   return options;
 }
 

@@ -23,10 +23,11 @@ struct LaunchOptions {
   bool showcase = false;                  ///< the picture with the fixed rows
   int width = 284;                        ///< of the picture's column, in points
   std::optional<int> demo;                ///< this many generated rows, in a live column
+  std::string mistake;  ///< a sentence about the first argument that cannot be meant; mostly empty
 };
 
-/// Reads the arguments, without the program's name. Options may stand anywhere; unknown ones and
-/// values that make no sense count as absent.
+/// Reads the arguments, without the program's name. Options may stand anywhere. A theme, a width or
+/// a number of rows that is none counts as absent.
 LaunchOptions launchOptions(const std::vector<std::string>& arguments);
 
 /// The text of --help.

@@ -5,6 +5,8 @@
 
 #include "core/localization.h"
 
+#include "app/ui/friends/app_icon.h"
+
 namespace zelvane {
 namespace {
 
@@ -20,6 +22,7 @@ bool confirmDisconnect() {
   auto* disconnect = box.addButton(text(L("연결 해제")), QMessageBox::AcceptRole);
   box.setDefaultButton(disconnect);
   box.setEscapeButton(box.addButton(text(L("취소")), QMessageBox::RejectRole));
+  box.setIconPixmap(QPixmap::fromImage(appIcon(64)));
   box.setWindowFlag(Qt::WindowStaysOnTopHint);
   box.show();
   box.raise();

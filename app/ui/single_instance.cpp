@@ -1,16 +1,15 @@
 #include "app/ui/single_instance.h"
 
 #include <cerrno>
-#include <filesystem>
 
 #include "core/file_lock.h"
 #include "core/paths.h"
+#include "core/private_folder.h"
 
 namespace zelvane {
 
 std::string instanceLockPath() {
-  std::error_code failed;
-  std::filesystem::create_directories(Paths::zelvane(), failed);
+  (void)makePrivateFolder(Paths::zelvane());
   return Paths::zelvane() + "/zelvane.lock";
 }
 

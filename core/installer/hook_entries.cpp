@@ -62,6 +62,13 @@ Json strip(const Json& hooks) {
   return result;
 }
 
+bool hasRoomForOurs(const Json& hooks) {
+  return std::all_of(hookEvents.begin(), hookEvents.end(), [&](const HookEvent& event) {
+    const Json* groups = get::any(hooks, std::string(event.name));
+    return !groups || groups->is_array();
+  });
+}
+
 Json withOurs(const Json& hooks, const std::string& command) {
   Json result = strip(hooks);
   for (const auto& event : hookEvents) {

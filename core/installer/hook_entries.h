@@ -33,6 +33,9 @@ std::string hookCommand(const std::string& hookDir);
 /// Whether some hook in the settings is ours.
 bool hasOurEntries(const Json& settings);
 
+/// Whether the value of "hooks" has a list, or nothing, at each of our events.
+bool hasRoomForOurs(const Json& hooks);
+
 // The next three take and return the value of "hooks", an object.
 
 /// Without our entries, and without the containers that only they filled.

@@ -19,6 +19,7 @@
 #include "core/installer/settings_json.h"
 #include "core/localization.h"
 #include "core/paths.h"
+#include "core/private_folder.h"
 
 namespace zelvane {
 namespace {
@@ -68,8 +69,7 @@ Installer::Place Installer::systemPlace() {
 /// Does the work while no other process of ours connects or disconnects. Where there can be no lock
 /// file, without one.
 Outcome Installer::inTurn(const std::function<Outcome()>& work) const {
-  std::error_code ignored;
-  fs::create_directories(place_.dataDir, ignored);
+  (void)makePrivateFolder(place_.dataDir);
   const FileLock::Scope lock(place_.dataDir + "/connection.lock", place_.patience);
   if (lock || errno != EWOULDBLOCK) return work();
   return Outcome::failed(
@@ -108,15 +108,8 @@ std::optional<std::string> Installer::refusal() const {
   if (const auto* refused = std::get_if<SettingsFile::Refused>(&read)) return refused->message;
   const auto* ready = std::get_if<SettingsFile::Ready>(&read);
   if (!ready) return std::nullopt;
-  const auto hooks = hooksOf(ready->settings);
-  for (const auto& event : hookEvents) {
-    const Json* groups = get::any(hooks, std::string(event.name));
-    if (groups && !groups->is_array()) {
-      return L(
-          "Claude 설정의 hooks 안에 모양이 예상과 다른 항목이 있어서 아무것도 바꾸지 않았어요.");
-    }
-  }
-  return std::nullopt;
+  if (hasRoomForOurs(hooksOf(ready->settings))) return std::nullopt;
+  return L("Claude 설정의 hooks 안에 모양이 예상과 다른 항목이 있어서 아무것도 바꾸지 않았어요.");
 }
 
 bool Installer::hasHelperFiles() const {
@@ -131,11 +124,9 @@ bool Installer::hasEntries() const {
 
 /// The message when it failed.
 std::optional<std::string> Installer::installHelper(const Parts& parts) const {
-  std::error_code failed;
-  fs::create_directories(hookDir(), failed);
-  if (failed) return couldNotPlace(failed);
+  if (const auto failed = makePrivateFolder(hookDir())) return couldNotPlace(failed);
   for (const char* name : {"in", "beat", "w", "sessions", "pid"}) {
-    fs::create_directories(place_.dataDir + "/" + name, failed);
+    const auto failed = makePrivateFolder(place_.dataDir + "/" + name);
     if (failed) return couldNotPlace(failed);
   }
   if (auto message = copyPart(parts.binary, "zelvane")) return message;

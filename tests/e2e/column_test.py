@@ -1,53 +1,52 @@
 """The real window on a real X server with a window manager."""
 import json
+import os
+import pathlib
 import time
 import unittest
 
-from column_case import ColumnCase
+from column import BACKGROUND, TEXT, WAIT, Column
+from display import Display
 from machine import Machine, eventually
 
-# Colours of the light minimal theme.
-BACKGROUND, WAIT, TEXT = (251, 251, 249), (212, 86, 31), (29, 29, 27)
 CAT = (232, 145, 74)  # the body of the first character
 
 
-class ColumnTest(ColumnCase):
-    def press_button(self):
-        """Presses the first filled button of a card, once there is one."""
-        (x, y), _ = eventually(lambda: self.display.find(TEXT, run=20), what="a button shows")
-        self.display.click(x + 5, y + 5)
+class ColumnTest(unittest.TestCase):
+    def setUp(self):
+        self.machine = Machine()
+        self.addCleanup(self.machine.close)
+        self.machine.run("connect")
+        self.display = Display(self.machine)
+        self.pictures = pathlib.Path(os.environ.get("ZELVANE_PICTURES", self.machine.folder))
 
-    def choose_connection(self, window):
-        """Picks the menu's line about the connection, the third from its end."""
-        x, y, width, _ = self.geometry(window)
-        self.display.click(x + width - 24, y + 18)
-        eventually(lambda: len(self.windows()) > 1, what="the menu opens")
-        self.display.output("xdotool", "key", "Up", "Up", "Up", "Return")
+    def start_column(self, *arguments):
+        return Column(self.machine, self.display, *arguments)
 
-    def ask_to_disconnect(self, window, answer):
-        self.choose_connection(window)
+    def ask_to_disconnect(self, column, answer):
+        column.choose("Up", "Up", "Up")  # the third line from the end
         (question,), _ = eventually(
-            lambda: [found for found in self.windows() if found != window and
+            lambda: [found for found in column.windows() if found != column.window and
                      self.display.output("xdotool", "getactivewindow") == found],
             what="the question is in front")
         self.display.picture(self.pictures / "column-question.png")
         self.display.output("xdotool", "key", "--window", question, answer)
-        eventually(lambda: self.windows() == [window], what="the question is gone")
+        eventually(lambda: column.windows() == [column.window], what="the question is gone")
 
     def test_connects_and_disconnects(self):
         self.machine.run("disconnect")
         connected = lambda: self.machine.run("status", check=False).returncode == 0
-        _, window = self.start_column()
+        column = self.start_column()
         self.display.picture(self.pictures / "column-card.png")
-        self.press_button()
+        column.press_button()
         eventually(connected, what="connected")
         entry = self.machine.home / ".config/autostart/com.tarnwick.zelvane.desktop"
         eventually(entry.exists, what="it opens at login")
-        self.press_button()  # the result has been read
+        column.press_button()  # the result has been read
         eventually(lambda: not self.display.find(TEXT, run=20), what="the card is gone")
-        self.ask_to_disconnect(window, "Escape")
+        self.ask_to_disconnect(column, "Escape")
         self.assertTrue(connected())
-        self.ask_to_disconnect(window, "Return")
+        self.ask_to_disconnect(column, "Return")
         eventually(lambda: not connected(), what="disconnected")
 
     def test_the_corner_of_a_row_leads_to_its_terminal(self):
@@ -67,39 +66,42 @@ class ColumnTest(ColumnCase):
         pids = [machine.start_claude() for _ in range(3)]
         for pid, session in zip(pids, "abc"):
             machine.write_session(pid, session, status="busy")
-        _, window = self.start_column()
-        eventually(lambda: self.geometry(window)[3] > 150, what="three rows")
-        x, y, width, _ = self.geometry(window)
+        column = self.start_column()
+        eventually(lambda: column.geometry()[3] > 150, what="three rows")
+        x, y, width, _ = column.geometry()
         self.assertEqual((x + width, y), (1590, 10))
         self.assertEqual(width, 310)
         self.assertGreater(display.count(BACKGROUND), 10_000)
         self.assertEqual(display.count(WAIT), 0)
-        before = self.geometry(window)[3]
+        before = column.geometry()[3]
         machine.write_session(pids[1], "b", status="waiting")
-        _, elapsed = eventually(lambda: self.geometry(window)[3] > before, what="the row opens")
+        _, elapsed = eventually(lambda: column.geometry()[3] > before, what="the row opens")
         self.assertLess(elapsed, 1.5)
         eventually(lambda: display.count(WAIT), what="and has the colour of waiting")
         display.picture(self.pictures / "column-live.png")
-        before = self.geometry(window)[3]
+        before = column.geometry()[3]
         machine.tmux("kill-session", "-t", "1")
         # A process that ends without touching its file shows with the next tick.
-        eventually(lambda: self.geometry(window)[3] < before, seconds=13, what="its row is gone")
+        eventually(lambda: column.geometry()[3] < before, seconds=13, what="its row is gone")
 
     def test_a_click_never_takes_the_focus(self):
         display = self.display
-        xterm, _ = self.start_terminal()
-        child, window = self.start_column("--demo", "3")
-        eventually(lambda: self.geometry(window)[3] > 100, what="the sample rows")
+        self.machine.spawn("xterm", DISPLAY=display.name)
+        xterm, _ = eventually(lambda: display.output("xdotool", "search", "--onlyvisible", "--class",
+                                                     "xterm"), what="a terminal")
+        display.output("xdotool", "windowfocus", "--sync", xterm)
+        column = self.start_column("--demo", "3")
+        eventually(lambda: column.geometry()[3] > 100, what="the sample rows")
         focused = display.output("xdotool", "getwindowfocus")
-        height = self.geometry(window)[3]
-        x, y, width, _ = self.geometry(window)
+        height = column.geometry()[3]
+        x, y, width, _ = column.geometry()
         display.output("xdotool", "mousemove", str(x + width // 2), str(y + 80), "click", "1")
-        eventually(lambda: self.geometry(window)[3] > height, what="the clicked row opens")
+        eventually(lambda: column.geometry()[3] > height, what="the clicked row opens")
         self.assertEqual(display.output("xdotool", "getwindowfocus"), focused)
         self.assertEqual(display.output("xdotool", "getactivewindow"), xterm)
-        child.terminate()
-        self.assertEqual(child.wait(10), 0)
-        self.assertEqual(child.stderr.read(), "")
+        column.child.terminate()
+        self.assertEqual(column.child.wait(10), 0)
+        self.assertEqual(column.child.stderr.read(), "")
 
     def test_ends_when_asked_at_any_moment_of_its_start(self):
         for moment in (0.0, 0.05, 0.1, 0.15, 0.2, 0.3):
@@ -109,7 +111,7 @@ class ColumnTest(ColumnCase):
             self.assertIn(child.wait(10), (0, -15))
 
     def test_a_second_copy_goes_away(self):
-        first, _ = self.start_column()
+        first = self.start_column().child
         start = time.monotonic()
         second = self.machine.start("zelvane-app", DISPLAY=self.display.name)
         self.assertEqual(second.wait(10), 0)

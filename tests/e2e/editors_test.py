@@ -1,32 +1,56 @@
 """Titles and memos edited in the column, and whom the keys belong to meanwhile."""
 import json
+import os
+import pathlib
 import unittest
 
-from column_case import ColumnCase
-from machine import eventually
+from column import TEXT, WAIT, Column
+from display import Display
+from machine import Machine, eventually
 
 # In a big row below the header and a band, from the window's corner.
 TITLE, MEMO_BUTTON, EFFORT_BUTTON = (105, 84), (110, 121), (170, 155)
 SMALL_ROW = (150, 90)
 # The column's height with one row of a kind.
 SMALL, BIG, WITH_EFFORT = 107, 159, 193
-WAIT, TEXT = (212, 86, 31), (29, 29, 27)  # colours of the light minimal theme
 
 
-class EditorsTest(ColumnCase):
+class EditorsTest(unittest.TestCase):
+    def setUp(self):
+        self.machine = Machine()
+        self.addCleanup(self.machine.close)
+        self.machine.run("connect")
+        self.display = Display(self.machine)
+        self.pictures = pathlib.Path(os.environ.get("ZELVANE_PICTURES", self.machine.folder))
+
     def open_column(self, status, height):
         """The column with one session, beside a terminal that has the keys."""
         machine = self.machine
         machine.give_characters(a=0)
         self.pid = machine.start_claude()
         machine.write_session(self.pid, "a", status=status)
-        self.terminal, self.typed = self.start_terminal()
-        self.column, self.window = self.start_column()
-        eventually(lambda: self.geometry(self.window)[3] >= height, what="the whole row")
+        self.open_terminal()
+        self.column = Column(machine, self.display)
+        eventually(lambda: self.column.geometry()[3] >= height, what="the whole row")
         self.assertEqual(self.display.output("xdotool", "getwindowfocus"), self.terminal)
 
+    def open_terminal(self):
+        """A terminal that has the keys, with a file that gets what is typed into it."""
+        self.typed = self.machine.folder / "typed"
+        self.machine.spawn("xterm", "-geometry", "60x20+20+20", "-e", "sh", "-c",
+                           f"stty -icanon; cat > {self.typed}", DISPLAY=self.display.name)
+        self.terminal, _ = eventually(lambda: self.display.output(
+            "xdotool", "search", "--onlyvisible", "--class", "xterm"), what="a terminal")
+        self.display.output("xdotool", "windowfocus", "--sync", self.terminal)
+        eventually(self.typed.exists, what="it takes what is typed")
+
+    def await_keys(self, window, what):
+        """Until the window has the keys, and the window manager knows."""
+        eventually(lambda: self.display.output("xdotool", "getwindowfocus") == window ==
+                   self.display.output("xdotool", "getactivewindow"), what=what)
+
     def click(self, place, button=1):
-        x, y, _, _ = self.geometry(self.window)
+        x, y, _, _ = self.column.geometry()
         self.display.output("xdotool", "mousemove", str(x + place[0]), str(y + place[1]), "click",
                             str(button))
 
@@ -55,7 +79,7 @@ class EditorsTest(ColumnCase):
     def test_a_tap_on_a_title_renames(self):
         self.open_column("waiting", height=BIG)
         self.click(TITLE)
-        self.await_keys(self.window, what="the editor has the keys")
+        self.await_keys(self.column.window, what="the editor has the keys")
         self.type("new ")
         self.machine.write_session(self.pid, "a", status="busy")  # the row would be small by now
         eventually(lambda: not self.display.count(WAIT), what="a pass shows it")
@@ -70,7 +94,7 @@ class EditorsTest(ColumnCase):
         self.display.give_keys("한글")
         self.open_column("waiting", height=BIG)
         self.click(MEMO_BUTTON)
-        self.await_keys(self.window, what="the editor has the keys")
+        self.await_keys(self.column.window, what="the editor has the keys")
         self.type("한글")
         self.await_note("memo", "한글")
         self.key("shift+Return")
@@ -85,11 +109,11 @@ class EditorsTest(ColumnCase):
     def test_the_menu_opens_a_small_row_and_escape_changes_nothing(self):
         self.open_column("idle", height=SMALL)
         self.click(SMALL_ROW, button=3)
-        eventually(lambda: len(self.windows()) > 1, what="the menu opens")
+        eventually(lambda: len(self.column.windows()) > 1, what="the menu opens")
         self.picture("menu")
         self.key("Down", "Down", "Down", "Return")
-        self.await_keys(self.window, what="the editor has the keys")
-        eventually(lambda: self.geometry(self.window)[3] > SMALL, what="the row is open")
+        self.await_keys(self.column.window, what="the editor has the keys")
+        eventually(lambda: self.column.geometry()[3] > SMALL, what="the row is open")
         self.type("never")
         self.key("Escape")
         self.check_terminal_has_keys()
@@ -98,7 +122,7 @@ class EditorsTest(ColumnCase):
     def test_a_click_elsewhere_keeps_what_was_typed(self):
         self.open_column("waiting", height=BIG)
         self.click(TITLE)
-        self.await_keys(self.window, what="the editor has the keys")
+        self.await_keys(self.column.window, what="the editor has the keys")
         self.type("kept")
         self.display.click(100, 100)  # into the terminal
         self.await_note("title", "kept")
@@ -107,11 +131,11 @@ class EditorsTest(ColumnCase):
     def test_the_end_of_the_program_keeps_what_was_typed(self):
         self.open_column("waiting", height=BIG)
         self.click(TITLE)
-        self.await_keys(self.window, what="the editor has the keys")
+        self.await_keys(self.column.window, what="the editor has the keys")
         self.type("kept")
-        self.column.terminate()
-        self.assertEqual(self.column.wait(10), 0)
-        self.assertEqual(self.column.stderr.read(), "")
+        self.column.child.terminate()
+        self.assertEqual(self.column.child.wait(10), 0)
+        self.assertEqual(self.column.child.stderr.read(), "")
         self.await_note("title", "kept")
         self.check_terminal_has_keys()
 
@@ -132,7 +156,7 @@ class EditorsTest(ColumnCase):
         eventually(lambda: self.display.count(TEXT) == offered, seconds=6,
                    what="which goes after a while")
         self.click(TITLE)
-        self.await_keys(self.window, what="the editor has the keys")
+        self.await_keys(self.column.window, what="the editor has the keys")
         self.key("ctrl+v", "Return")
         self.await_note("title", "/effort high")
 

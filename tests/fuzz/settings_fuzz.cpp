@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto before = parseSettings(bytes);
   if (!before || twice) return 0;
   const Json* hooks = get::any(*before, "hooks");
-  if (hooks && !hooks->is_object()) return 0;
+  if (hooks && (!hooks->is_object() || !hasRoomForOurs(*hooks))) return 0;
   Json connected = *before;
   connected["hooks"] = withOurs(hooksOf(*before), hookCommand("/h/hooks/zelvane"));
   const auto text = settingsText(connected);

@@ -65,8 +65,13 @@ std::optional<Json> autosnapshot(const std::vector<ZelvaneSession>& rows, Snapsh
   for (const auto& row : rows) memory.items[row.id] = itemOf(row, now);
   std::erase_if(memory.items,
                 [&](const auto& entry) { return now - timeAt(lastSeen(entry.second, 0)) >= kept; });
+  // The clock was set back: nobody was seen later than now.
+  for (auto& [id, item] : memory.items) {
+    if (timeAt(lastSeen(item, 0)) > now) item["last_seen"] = secondsSince1970(now);
+  }
   auto signature = signatureOf(rows);
-  if (signature == memory.signature && now - memory.writtenAt < freshEnough) return std::nullopt;
+  const bool isFresh = memory.writtenAt <= now && now - memory.writtenAt < freshEnough;
+  if (signature == memory.signature && isFresh) return std::nullopt;
   memory.signature = std::move(signature);
   memory.writtenAt = now;
   return Json{{"v", 2}, {"saved_at", secondsSince1970(now)}, {"items", newestFirst(memory.items)}};

@@ -38,10 +38,20 @@ TEST(Autosnapshot, IsWrittenWhenRowsChangeAndElseEveryTenSeconds) {
     std::string rows;
     std::string written;  ///< "-" when it is not
   };
-  const Step steps[] = {{0, "", ""},        {1, "", "-"},        {2, "ab", "ab"},
-                        {3, "ab", "-"},     {11.9, "ab", "-"},   {12, "ab", "ab"},
-                        {13, "b", "ba"},    {13.5, "bc", "bca"}, {86'412, "c", "cb"},
-                        {86'413, "c", "-"}, {86'414, "", "c"}};
+  const Step steps[] = {{0, "", ""},
+                        {1, "", "-"},
+                        {2, "ab", "ab"},
+                        {3, "ab", "-"},
+                        {11.9, "ab", "-"},
+                        {12, "ab", "ab"},
+                        {13, "b", "ba"},
+                        {13.5, "bc", "bca"},
+                        {86'412, "c", "cb"},
+                        {86'413, "c", "-"},
+                        {86'414, "", "c"},
+                        // the clock is set back
+                        {80'000, "", "c"},
+                        {80'001, "d", "dc"}};
   for (const auto& step : steps) {
     const auto written = autosnapshot(rowsOf(step.rows), memory, timeAt(start + step.at));
     EXPECT_EQ(written ? idsOf(written->at("items")) : "-", step.written) << step.at;

@@ -1,10 +1,10 @@
 #include "app/model/store/store.h"
 
 #include <algorithm>
-#include <filesystem>
 
 #include "core/bundle.h"
 #include "core/paths.h"
+#include "core/private_folder.h"
 #include "core/process.h"
 
 #include "app/model/refresh/offers.h"
@@ -69,10 +69,7 @@ ZelvaneStore::~ZelvaneStore() {
 }
 
 void ZelvaneStore::start() {
-  if (!readOnly_) {
-    std::error_code ignored;
-    std::filesystem::create_directories(options_.hookSessions, ignored);
-  }
+  if (!readOnly_) (void)makePrivateFolder(options_.hookSessions);
   watcher_ = std::make_unique<platform::FolderWatcher>(options_.watchedFolders,
                                                        [this] { scheduleRefresh(); });
   q_.post([this] { checkReboot(); });

@@ -2,6 +2,7 @@
 
 #include <QtGui/QPainter>
 
+#include "app/ui/column/focus.h"
 #include "app/ui/column/text_style.h"
 
 namespace zelvane {
@@ -18,7 +19,7 @@ constexpr double groundOpacity = 0.35, pressedOpacity = 0.8;
 PillButton::PillButton(QWidget* parent, const std::string& title, const ThemeSpec& theme,
                        Ground ground)
     : QAbstractButton(parent), ground_(ground), theme_(theme) {
-  setFocusPolicy(Qt::NoFocus);
+  setFocusPolicy(Qt::TabFocus);
   setText(QString::fromStdString(title));
 }
 
@@ -45,10 +46,11 @@ void PillButton::paintEvent(QPaintEvent*) {
   painter.setFont(columnFont(pillPixels, Weight::semibold));
   painter.setPen(toColor(filled ? theme_.bg : theme_.sub));
   painter.drawText(QPointF(pillHorizontal, pillVertical + baselineOffset(pillPixels)), text());
+  paintFocusRing(painter, *this, filled ? theme_.bg : theme_.sub);
 }
 
 TickLine::TickLine(QWidget* parent) : QAbstractButton(parent) {
-  setFocusPolicy(Qt::NoFocus);
+  setFocusPolicy(Qt::TabFocus);
   setCheckable(true);
   setChecked(true);
 }
@@ -83,6 +85,7 @@ void TickLine::paintEvent(QPaintEvent*) {
   const int left = boxSize + boxGap;
   painter.drawText(QPointF(left, 1 + baselineOffset(tickPixels)),
                    elided(text().toStdString(), font, width() - left));
+  paintFocusRing(painter, *this, theme_.sub);
 }
 
 Card::Card(QWidget* parent, std::function<void(CardAction, bool ticked)> chosen)
@@ -107,6 +110,9 @@ void Card::arrange(int width) {
   buttons_.clear();
   height_ = 0;
   if (!content_) return;
+  QStringList spoken;
+  for (const auto& line : content_->lines) spoken << QString::fromStdString(line.text);
+  setAccessibleName(spoken.join("\n"));
   int y = around + padding;
   for (const auto& line : content_->lines) {
     const auto font = columnFont(line.pixels, line.weight);

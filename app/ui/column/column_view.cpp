@@ -12,7 +12,9 @@
 
 #include "core/localization.h"
 
+#include "app/ui/column/accessible.h"
 #include "app/ui/column/column_shape.h"
+#include "app/ui/column/focus.h"
 #include "app/ui/column/text_style.h"
 
 namespace zelvane {
@@ -47,6 +49,8 @@ ColumnView::ColumnView(std::shared_ptr<ZelvaneStore> store,
            .effortWanted = [this](const auto& session) { prepareEffort(session); }})),
       editor_(store_, rows_, [this] { refresh(); }),
       ticker_([this] { rows_->showTimes(options_.clock()); }) {
+  makeColumnAccessible();
+  rows_->setAccessibleName(QString::fromStdString(L("탭")));
   scroll_.setFrameShape(QFrame::NoFrame);
   scroll_.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   scroll_.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -114,10 +118,13 @@ void ColumnView::refresh() {
   header_.setTexts(headerTexts(store_->sessions()), colors);
   showCards();
   planRows();
+  setAccessibleDescription(QString::fromStdString(store_->notesProblem().value_or("")));
   ticker_.setRunning(options_.liveClock && store_->clockNeeded());
   place();
   placeEditor();
-  update();
+  // A pass that brings nothing new paints nothing.
+  const Ground ground{colors, problemLines(), header_.y()};
+  if (std::exchange(ground_, ground) != ground) update();
   reportHeight();
 }
 
@@ -172,6 +179,16 @@ void ColumnView::resizeEvent(QResizeEvent* event) {
   } else {
     place();
   }
+}
+
+bool ColumnView::focusNextPrevChild(bool next) { return moveFocus(*this, next); }
+
+/// The toolkit presses buttons by the space bar only.
+void ColumnView::keyPressEvent(QKeyEvent* event) {
+  auto* button = qobject_cast<QAbstractButton*>(window()->focusWidget());
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (!button || !enter) return event->ignore();
+  button->click();
 }
 
 QStringList ColumnView::problemLines() const {

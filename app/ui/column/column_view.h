@@ -53,8 +53,18 @@ class ColumnView : public QWidget {
  protected:
   void paintEvent(QPaintEvent*) override;
   void resizeEvent(QResizeEvent*) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
 
  private:
+  /// What it paints itself.
+  struct Ground {
+    ThemeSpec theme;
+    QStringList problem;
+    int top = 0;
+    bool operator==(const Ground&) const = default;
+  };
+
   void storeChanged(ZelvaneStore::Change change);
   void tapped(const ZelvaneSession& session);
   void titleTapped(const ZelvaneSession& session);
@@ -83,6 +93,7 @@ class ColumnView : public QWidget {
   QTimer copiedEnds_;
   bool terminalButtonLearned_;
   int contentHeight_ = 0;
+  std::optional<Ground> ground_;
 
   Header header_;
   Card connectionCard_;

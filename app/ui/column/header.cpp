@@ -5,6 +5,7 @@
 
 #include "core/localization.h"
 
+#include "app/ui/column/focus.h"
 #include "app/ui/column/text_style.h"
 
 namespace zelvane {
@@ -18,7 +19,7 @@ constexpr int buttonPixels = 14, buttonWidth = 22;
 }  // namespace
 
 MenuButton::MenuButton(QWidget* parent) : QAbstractButton(parent) {
-  setFocusPolicy(Qt::NoFocus);
+  setFocusPolicy(Qt::TabFocus);
   setAccessibleName(QString::fromStdString(L("메뉴")));
 }
 
@@ -38,12 +39,16 @@ void MenuButton::paintEvent(QPaintEvent*) {
   const int left = (width() - textWidth(dots, font)) / 2;
   const int top = (height() - lineHeight(buttonPixels)) / 2;
   painter.drawText(QPointF(left, top + baselineOffset(buttonPixels)), dots);
+  paintFocusRing(painter, *this, color_);
 }
 
 Header::Header(QWidget* parent, std::function<void(QPoint)> menuWanted)
     : QWidget(parent), menuButton_(this) {
-  connect(&menuButton_, &QAbstractButton::clicked, this,
-          [wanted = std::move(menuWanted)] { wanted(QCursor::pos()); });
+  connect(&menuButton_, &QAbstractButton::clicked, this, [this, wanted = std::move(menuWanted)] {
+    // Pressed by a key, it is not where the pointer happens to be.
+    wanted(menuButton_.hasFocus() ? menuButton_.mapToGlobal(menuButton_.rect().center())
+                                  : QCursor::pos());
+  });
 }
 
 void Header::setTexts(const HeaderTexts& texts, const ThemeSpec& theme) {
@@ -51,6 +56,11 @@ void Header::setTexts(const HeaderTexts& texts, const ThemeSpec& theme) {
   texts_ = texts;
   theme_ = theme;
   menuButton_.setColor(theme.sub);
+  QStringList spoken;
+  for (const auto& text : {texts.name, texts.tabs, texts.waiting, texts.done}) {
+    if (!text.empty()) spoken << QString::fromStdString(text);
+  }
+  setAccessibleName(spoken.join(", "));
   update();
 }
 

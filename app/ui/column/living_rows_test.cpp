@@ -80,12 +80,14 @@ TEST(LivingRows, SleepWhileNobodySeesThem) {
   awaitMotion(column);
 
   column.view->setAppearance(/*dark=*/false, /*still=*/true);
+  QCoreApplication::processEvents();  // painted: only that lays a row out
   EXPECT_LE(wakesInAMinute(column), 2U) << "the desktop wants nothing to move";
   EXPECT_EQ(wakesInAMinute(column), 0U);
   column.view->setAppearance(/*dark=*/false, /*still=*/false);
   awaitMotion(column);
   rows[0].state = State::done;
   column.store->showSamples(rows);
+  QCoreApplication::processEvents();
   EXPECT_LE(wakesInAMinute(column), 2U) << "its turn is over";
   EXPECT_FALSE(column.stage->wakesAt);
 }
@@ -133,6 +135,7 @@ TEST(LivingRows, ACharacterLiesInItsFrame) {
   const auto rows = rowsOf({State::waiting, State::working});
   Column column(rows);
   column.view->setAppearance(/*dark=*/false, /*still=*/true);
+  QCoreApplication::processEvents();  // painted: only that lays a row out
   struct Case {
     Pose pose;
     bool big;

@@ -72,16 +72,28 @@ int timeWidth(const RowView& view) {
   return view.liveSince ? std::max(width, small::clockWidth) : width;
 }
 
-RowLayout smallLayout(const RowView& view, int width) {
+bool hasTwoLines(const RowView& view) {
+  return !view.subtitle.text.empty() || !view.label.text.empty();
+}
+
+int smallTextHeight(const RowView& view) {
+  using namespace small;
+  return lineHeight(titlePixels) + (hasTwoLines(view) ? lineGap + lineHeight(subtitlePixels) : 0);
+}
+
+RowLayout smallOutline(const RowView& view) {
   using namespace small;
   RowLayout layout;
-  const bool twoLines = !view.subtitle.text.empty() || !view.label.text.empty();
-  const int titleHeight = lineHeight(titlePixels);
-  const int textHeight = titleHeight + (twoLines ? lineGap + lineHeight(subtitlePixels) : 0);
-  const int inner = std::max(character.height(), textHeight);
+  const int inner = std::max(character.height(), smallTextHeight(view));
   layout.height = inner + 2 * vertical;
   layout.character = QRect(QPoint(leading, vertical + (inner - character.height()) / 2), character);
   layout.terminalButton = terminalButton;
+  return layout;
+}
+
+RowLayout smallLayout(const RowView& view, int width) {
+  using namespace small;
+  RowLayout layout = smallOutline(view);
   layout.time = placedTime(view, width, layout.height);
 
   const int left = leading + character.width() + gap;
@@ -93,14 +105,15 @@ RowLayout smallLayout(const RowView& view, int width) {
     layout.tile = QRect(right - tile, (layout.height - tile) / 2, tile, tile);
     right = beside;
   }
-  const int top = vertical + (inner - textHeight) / 2;
+  const int top = (layout.height - smallTextHeight(view)) / 2;
+  const int titleHeight = lineHeight(titlePixels);
   auto title = lineAt(layout, left, right, top, titlePixels);
   title.add(view.title, titlePixels, noted ? symbolGap + symbol : 0);
   if (noted) {
     layout.noteSymbol =
         QRect(title.x() + symbolGap, top + (titleHeight - symbol) / 2, symbol, symbol);
   }
-  if (twoLines) {
+  if (hasTwoLines(view)) {
     auto below = lineAt(layout, left, right, top + titleHeight + lineGap, subtitlePixels);
     below.add(view.label, 10);
     if (!view.label.text.empty()) below.skip(5);
@@ -301,10 +314,16 @@ void BigRow::addStatus() {
   y_ += lineHeight(statusPixels);
 }
 
+RowLayout bigLayout(const RowView& view, int width) { return BigRow(view, width).laidOut(); }
+
 }  // namespace
 
+RowLayout rowOutline(const RowView& view, int width) {
+  return view.size == RowSize::big ? bigLayout(view, width) : smallOutline(view);
+}
+
 RowLayout rowLayout(const RowView& view, int width) {
-  return view.size == RowSize::big ? BigRow(view, width).laidOut() : smallLayout(view, width);
+  return view.size == RowSize::big ? bigLayout(view, width) : smallLayout(view, width);
 }
 
 PlacedText placedTime(const RowView& view, int width, int rowHeight) {

@@ -36,7 +36,11 @@ struct RowLayout {
   QRect progressTrack;
 };
 
-/// Lays the row out in the width.
+/// What of a row's layout is needed before it is seen: all of a big one; of a small one the height
+/// and what needs no text measured, which would take most of the time.
+RowLayout rowOutline(const RowView& view, int width);
+
+/// Lays the whole row out in the width.
 RowLayout rowLayout(const RowView& view, int width);
 
 /// The working time of a small row, placed anew when its text changed.

@@ -143,6 +143,22 @@ std::string spokenName(const ZelvaneSession& session) {
   return name;
 }
 
+/// What a small row may only hint at, without the seconds.
+std::string spokenDetails(const ZelvaneSession& session, Time now) {
+  std::string details = elapsedText(session.since, session.ongoing(), now);
+  const auto add = [&](const std::string& text) {
+    if (text.empty()) return;
+    if (!details.empty()) details += ", ";
+    details += text;
+  };
+  if (session.progress) {
+    add(LF("할 일 %d/%d", {session.progress->done, session.progress->total}));
+  }
+  if (session.pinned) add(L("고정"));
+  if (session.memo) add(LF("메모: %@", {printable(*session.memo)}));
+  return details;
+}
+
 }  // namespace
 
 RowView rowView(const ZelvaneSession& session, const RowContext& context) {
@@ -157,6 +173,7 @@ RowView rowView(const ZelvaneSession& session, const RowContext& context) {
   view.editor = context.editor;
   view.line = context.theme.line;
   view.accessibleName = spokenName(session);
+  view.accessibleDescription = spokenDetails(session, context.now);
   addLiving(view, session, context);
   if (big) {
     fillBig(view, session, context);

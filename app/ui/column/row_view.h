@@ -69,10 +69,11 @@ struct RowView {
   std::optional<TextButtonLook> effortButton;  ///< prepares its command
   RowText status;
   std::optional<ZelvaneSession::Progress> progress;
-  RowText time;                   ///< since when; at the trailing end of a small row
-  std::optional<Time> liveSince;  ///< `time` is the working time since then
-  Rgb line;                       ///< grounds and tracks
-  std::string accessibleName;
+  RowText time;                       ///< since when; at the trailing end of a small row
+  std::optional<Time> liveSince;      ///< `time` is the working time since then
+  Rgb line;                           ///< grounds and tracks
+  std::string accessibleName;         ///< what is spoken first
+  std::string accessibleDescription;  ///< and then
 
   bool operator==(const RowView&) const = default;
 };

@@ -7,6 +7,8 @@
 #include <QtWidgets/QToolTip>
 
 #include "app/model/records/row_text.h"
+#include "app/ui/column/accessible.h"
+#include "app/ui/column/focus.h"
 #include "app/ui/column/text_style.h"
 
 namespace zelvane {
@@ -43,20 +45,21 @@ RowWidget::RowWidget(QWidget* parent, Stage& stage, Callbacks callbacks)
       callbacks_(std::move(callbacks)),
       character_(*this, stage.driver, stage.chance),
       rain_(*this, stage.driver),
-      terminalButton_(this, [this] { callbacks_.openWanted(); }) {}
+      terminalButton_(this, [this] { openTerminal(); }) {
+  setFocusPolicy(Qt::TabFocus);
+}
 
 void RowWidget::setView(const RowView& view, int width) {
   if (view == view_ && width == width_) return;
   view_ = view;
   width_ = width;
-  layout_ = rowLayout(view_, width);
-  character_.configure(view_.character, layout_.character);
-  rain_.configure(view_.rain, layout_.tile);
+  layout_ = rowOutline(view_, width);
+  arranged_ = false;
   terminalButton_.setLook(view_.terminal, view_.size, view_.opacity);
   terminalButton_.setGeometry(layout_.terminalButton);
   placeButton(memoButton_, view_.memoButton, layout_.memoButton, callbacks_.memoWanted);
   placeButton(effortButton_, view_.effortButton, layout_.effortButton, callbacks_.effortWanted);
-  setAccessibleName(QString::fromStdString(view_.accessibleName));
+  tellRowChanged(*this);
   update();
 }
 
@@ -73,17 +76,27 @@ void RowWidget::placeButton(std::unique_ptr<TextButton>& button,
   button->setVisible(look.has_value());
 }
 
+/// When the row is seen, not before: most of three hundred rows never are.
+void RowWidget::arrange() {
+  if (std::exchange(arranged_, true)) return;
+  if (view_.size == RowSize::small) layout_ = rowLayout(view_, width_);
+  character_.configure(view_.character, layout_.character);
+  rain_.configure(view_.rain, layout_.tile);
+}
+
 void RowWidget::showTime(Time now) {
   if (!view_.liveSince) return;
   auto text = workingTime(now - *view_.liveSince);
   if (text == view_.time.text) return;
   view_.time.text = std::move(text);
+  if (!arranged_) return;
   const QRect before = layout_.time.box;
   layout_.time = placedTime(view_, width_, layout_.height);
   update(before | layout_.time.box);
 }
 
 void RowWidget::paintEvent(QPaintEvent* event) {
+  arrange();
   // Mostly a tile or a character alone: laying out texts that are cut off would cost the most.
   const QRegion& dirty = event->region();
   QPainter painter(this);
@@ -100,6 +113,7 @@ void RowWidget::paintEvent(QPaintEvent* event) {
   if (dirty.intersects(layout_.noteSymbol)) {
     paintNoteSymbol(painter, layout_.noteSymbol, toColor(view_.subtitle.color));
   }
+  paintFocusRing(painter, *this, view_.title.color);
 }
 
 /// Around the character of a big row.
@@ -139,16 +153,30 @@ void RowWidget::mousePressEvent(QMouseEvent* event) {
 }
 
 void RowWidget::mouseReleaseEvent(QMouseEvent* event) {
-  const bool tap = pressed_ && event->button() == Qt::LeftButton;
+  const bool released = pressed_ && event->button() == Qt::LeftButton;
   pressed_ = false;
   const QPoint point = event->position().toPoint();
-  if (!tap || !rect().contains(point)) return;
+  if (!released || !rect().contains(point)) return;
   if (layout_.title.contains(point)) return callbacks_.titleTapped();
+  tap();
+}
+
+void RowWidget::tap() {
   if (view_.tappable) callbacks_.tapped();
 }
 
+void RowWidget::openMenu() { callbacks_.menuWanted(mapToGlobal(rect().center())); }
+
 void RowWidget::contextMenuEvent(QContextMenuEvent* event) {
   callbacks_.menuWanted(event->globalPos());
+}
+
+void RowWidget::keyPressEvent(QKeyEvent* event) {
+  const int key = event->key();
+  // The menu key itself comes as a context menu event.
+  if (key == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) return openMenu();
+  if (key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter) return tap();
+  event->ignore();
 }
 
 bool RowWidget::event(QEvent* event) {

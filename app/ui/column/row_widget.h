@@ -38,16 +38,23 @@ class RowWidget : public QWidget {
   /// Writes a running working time anew.
   void showTime(Time now);
 
+  /// As a tap, a right click and the terminal button.
+  void tap();
+  void openMenu();
+  void openTerminal() { callbacks_.openWanted(); }
+
  protected:
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   bool event(QEvent* event) override;
 
  private:
   void placeButton(std::unique_ptr<TextButton>& button, const std::optional<TextButtonLook>& look,
                    const QRect& place, const std::function<void()>& action);
+  void arrange();
   void paintFrame(QPainter& painter) const;
   void paintGrounds(QPainter& painter) const;
   void showMemoTip(const QPoint& position, const QPoint& onScreen);
@@ -56,6 +63,7 @@ class RowWidget : public QWidget {
   RowView view_;
   RowLayout layout_;
   int width_ = 0;
+  bool arranged_ = true;  ///< what is seen follows the view
   bool pressed_ = false;
   FriendView character_;
   CodeRain rain_;

@@ -2,6 +2,8 @@
 
 #include <QtGui/QPaintEvent>
 #include <QtGui/QPainter>
+#include <algorithm>
+#include <utility>
 
 #include "core/localization.h"
 
@@ -20,6 +22,15 @@ int bandHeight() { return lineHeight(bandPixels) + 2 * bandVertical; }
 QStringList emptyLines(int width) {
   return wrapped(L("터미널 탭에서 claude 를 실행하면 여기에 나타나요"),
                  columnFont(emptyPixels, Weight::regular), width - 2 * emptyPadding);
+}
+
+/// Whether what the block itself paints for them is the same; the rows paint themselves.
+bool sameGround(const std::vector<ColumnItem>& one, const std::vector<ColumnItem>& other) {
+  const auto same = [](const ColumnItem& item, const ColumnItem& its) {
+    const auto* band = std::get_if<SectionBand>(&item);
+    return item.index() == its.index() && (!band || *band == std::get<SectionBand>(its));
+  };
+  return std::equal(one.begin(), one.end(), other.begin(), other.end(), same);
 }
 
 }  // namespace
@@ -63,9 +74,10 @@ std::unique_ptr<RowWidget> RowsBlock::makeWidget(const std::string& key) {
 void RowsBlock::setPlan(std::vector<ColumnItem> plan, const ThemeSpec& theme, int width) {
   Rows before;
   before.swap(rows_);
+  const auto placesBefore = std::exchange(places_, {});
+  const bool anew = theme != theme_ || !sameGround(plan, plan_);
   plan_ = std::move(plan);
   theme_ = theme;
-  places_.clear();
   int y = 0;
   for (const auto& item : plan_) {
     int height = std::holds_alternative<Divider>(item) ? dividerHeight : bandHeight();
@@ -88,7 +100,18 @@ void RowsBlock::setPlan(std::vector<ColumnItem> plan, const ThemeSpec& theme, in
     row.widget->hide();
     row.widget.release()->deleteLater();
   }
-  update();
+  if (anew || places_ != placesBefore) update();
+}
+
+/// The arrows go from row to row, past the buttons in them.
+void RowsBlock::keyPressEvent(QKeyEvent* event) {
+  const bool down = event->key() == Qt::Key_Down;
+  if (!down && event->key() != Qt::Key_Up) return event->ignore();
+  const auto insideARow = [this] {
+    const auto* focused = window()->focusWidget();
+    return focused && isAncestorOf(focused) && focused->parentWidget() != this;
+  };
+  while (focusNextPrevChild(down) && insideARow()) continue;
 }
 
 std::optional<QRect> RowsBlock::editorPlace() const {

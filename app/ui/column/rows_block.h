@@ -36,6 +36,7 @@ class RowsBlock : public QWidget {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   struct Row {

@@ -4,6 +4,7 @@
 
 #include "core/localization.h"
 
+#include "app/ui/column/focus.h"
 #include "app/ui/column/text_style.h"
 
 namespace zelvane {
@@ -17,7 +18,7 @@ constexpr double disabledLabel = 0.35, disabledLetter = 0.3;
 
 TerminalButton::TerminalButton(QWidget* parent, std::function<void()> wanted)
     : QAbstractButton(parent) {
-  setFocusPolicy(Qt::NoFocus);
+  setFocusPolicy(Qt::TabFocus);
   setText(QString::fromStdString(L("터미널로 이동")));
   QObject::connect(this, &QAbstractButton::clicked, this, std::move(wanted));
 }
@@ -37,6 +38,7 @@ void TerminalButton::paintEvent(QPaintEvent*) {
   painter.setPen(toColor(look_.color, look_.compact ? letterOpacity : labelOpacity));
   painter.setFont(columnFont(pixels, Weight::regular));
   painter.drawText(rect(), Qt::AlignCenter, look_.compact ? QStringLiteral("T") : text());
+  paintFocusRing(painter, *this, look_.color);
 }
 
 /// A disabled button of the toolkit swallows clicks; here they are for the row.

@@ -2,6 +2,7 @@
 
 #include <QtGui/QPainter>
 
+#include "app/ui/column/focus.h"
 #include "app/ui/column/text_style.h"
 
 namespace zelvane {
@@ -10,11 +11,7 @@ namespace {
 constexpr int pixels = 11;
 constexpr double pressedOpacity = 0.6;
 
-QFont buttonFont(bool underlined = false) {
-  auto font = columnFont(pixels, Weight::regular);
-  font.setUnderline(underlined);
-  return font;
-}
+QFont buttonFont() { return columnFont(pixels, Weight::regular); }
 
 }  // namespace
 
@@ -28,17 +25,18 @@ void TextButton::setLook(const TextButtonLook& look) {
   const auto tip = QString::fromStdString(look.tip);
   setToolTip(tip.isEmpty() ? tip : "<p>" + tip.toHtmlEscaped() + "</p>");  // so that it wraps
   setAccessibleDescription(tip);
-  color_ = toColor(look.color);
+  color_ = look.color;
   update();
 }
 
 void TextButton::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setOpacity(isDown() ? pressedOpacity : 1);
-  painter.setPen(color_);
-  const auto font = buttonFont(/*underlined=*/hasFocus());
+  painter.setPen(toColor(color_));
+  const auto font = buttonFont();
   painter.setFont(font);
   painter.drawText(QPointF(0, baselineOffset(pixels)), elided(text().toStdString(), font, width()));
+  paintFocusRing(painter, *this, color_);
 }
 
 int textButtonWidth(const std::string& title) {

@@ -17,7 +17,7 @@ class TextButton : public QAbstractButton {
   void paintEvent(QPaintEvent*) override;
 
  private:
-  QColor color_;
+  Rgb color_;
 };
 
 /// How wide the button is with the title, in points.

@@ -89,10 +89,13 @@ void styleMenu(QMenu& menu, const ThemeSpec& theme) {
   palette.setColor(QPalette::Highlight, toColor(theme.line));
   palette.setColor(QPalette::HighlightedText, text);
   menu.setPalette(palette);
-  menu.setStyleSheet(QStringLiteral("QMenu { background: %1; border: 1px solid %2; }"
-                                    "QMenu::separator { height: 1px; margin: 4px 8px;"
-                                    " background: %2; }")
-                         .arg(ground.name(), toColor(theme.line).name()));
+  // It mostly lies on the column, which has its ground's colour.
+  constexpr double borderOpacity = 0.45;
+  menu.setStyleSheet(
+      QStringLiteral("QMenu { background: %1; border: 1px solid %3; }"
+                     "QMenu::separator { height: 1px; margin: 4px 8px; background: %2; }")
+          .arg(ground.name(), toColor(theme.line).name(),
+               toColor(theme.sub, borderOpacity).name(QColor::HexArgb)));
   constexpr int menuPixels = 13;
   menu.setFont(columnFont(menuPixels, Weight::regular));
 }

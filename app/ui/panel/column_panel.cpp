@@ -121,9 +121,12 @@ void ColumnPanel::placeGrips() {
 
 /// Without translucency the corners would be black: then they are cut off, if less smoothly.
 void ColumnPanel::updateShape() {
-  if (window_ && !window_->translucencyWorks()) {
-    setMask(columnMask(size()));
-  } else if (!mask().isEmpty()) {
+  const bool cut = window_ && !window_->translucencyWorks();
+  const QSize wanted = cut ? size() : QSize();
+  if (std::exchange(cutFor_, wanted) == wanted) return;
+  if (cut) {
+    setMask(columnMask(wanted));
+  } else {
     clearMask();
   }
 }

@@ -71,6 +71,7 @@ class ColumnPanel : public QWidget {
   bool takesKeys_ = false;
   QTimer keysDue_;  ///< by then the window manager has moved the keys, or will not
 
+  QSize cutFor_;  ///< the size that the mask is made for; invalid without one
   bool seen_ = true;
   QTimer look_;
   EdgeGrip leftGrip_;

@@ -1,6 +1,9 @@
-// An edge of the panel that can be dragged. Invisible, lies over the content. Main thread.
+// An edge of the panel that can be dragged. Invisible, lies over the content; what can be pressed
+// there goes first. Main thread.
 #pragma once
 
+#include <QtCore/QPointer>
+#include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QWidget>
 #include <functional>
 
@@ -25,7 +28,12 @@ class EdgeGrip : public QWidget {
   void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
+  QAbstractButton* buttonUnder(const QPoint& onScreen) const;
+  void handDown(const QMouseEvent& event);
+
   Callbacks callbacks_;
+  Qt::CursorShape cursor_;
+  QPointer<QAbstractButton> button_;  ///< that was pressed through the edge
   QPoint start_;
   bool dragging_ = false;
 };
