@@ -31,8 +31,7 @@ struct Alone {
       return [this, what](const std::string& text) { told.push_back(what + (":" + text)); };
     };
     if (memo) {
-      editor = new MemoEditor(&window, initial, ThemeSpec::of(ThemeID::c, false),
-                              {log("change"), log("done"), [] {}});
+      editor = new MemoEditor(&window, initial, {log("change"), log("done"), [] {}});
     } else {
       editor = new TitleEditor(&window, initial, "claude",
                                {log("commit"), [this] { told.emplace_back("cancel"); }});
@@ -97,14 +96,6 @@ TEST(MemoEditor, ReportsEachChangeAndEndsOnce) {
     alone.loseFocus();
     EXPECT_THAT(alone.told, ElementsAre("change:처음x", "change:처음x\n", "done:처음"));
   }
-}
-
-TEST(MemoEditor, TheFocusMayGoToItsButton) {
-  Alone alone(/*memo=*/true);
-  QTest::keyClick(alone.field(), Qt::Key_Tab);
-  EXPECT_THAT(alone.told, IsEmpty());
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
-  EXPECT_THAT(alone.told, ElementsAre("done:처음"));
 }
 
 TEST(MemoEditor, GrowsToSixLines) {
@@ -206,6 +197,21 @@ TEST(Editing, APassLeavesWhatIsTypedAlone) {
   EXPECT_TRUE(row->editorPlace().contains(place)) << "it moved along with its row";
   compose(field, "", "한");
   EXPECT_EQ(column.store->notes().entry("show-0").memo, "a한");
+}
+
+TEST(Editing, TheTabKeyStaysWithTheMemo) {
+  Column column(showcaseRows(1, now));
+  column.press("+ 메모");
+  auto* field = column.editor();
+  QTest::keyClick(field, Qt::Key_Tab);
+  auto* button = QApplication::focusWidget();
+  EXPECT_NE(button, field);
+  QTest::keyClick(button, Qt::Key_Tab);
+  EXPECT_EQ(QApplication::focusWidget(), field);
+  QTest::keyClick(field, Qt::Key_Backtab);
+  EXPECT_EQ(column.store->editing(), "memo:show-0");
+  QTest::keyClick(button, Qt::Key_Space);
+  EXPECT_EQ(column.store->editing(), std::nullopt);
 }
 
 TEST(Editing, EndsWithItsRowAndKeepsWhatWasTyped) {

@@ -18,26 +18,22 @@ constexpr double radius = 5;
 
 }  // namespace
 
-MemoEditor::MemoEditor(QWidget* parent, const std::string& initial, const ThemeSpec& theme,
-                       Callbacks callbacks)
+MemoEditor::MemoEditor(QWidget* parent, const std::string& initial, Callbacks callbacks)
     : RowEditor(parent),
       initial_(initial),
       callbacks_(std::move(callbacks)),
-      theme_(theme),
       field_(this),
-      button_(new PillButton(this, L("완료"), theme)) {
+      button_(new PillButton(this, L("완료"), theme())) {
   field_.setFrameShape(QFrame::NoFrame);
   field_.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   field_.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   field_.viewport()->setAutoFillBackground(false);
-  field_.setPalette(editorPalette(theme));
   field_.setFont(columnFont(pixels, Weight::regular));
   field_.setAcceptRichText(false);
   field_.setTabChangesFocus(true);
   field_.setPlaceholderText(QString::fromStdString(L("다음에 할 일, 기억할 것…")));
   field_.setAccessibleName(QString::fromStdString(L("메모")));
   begin();
-  button_->setFocusPolicy(Qt::TabFocus);
   connect(button_, &QAbstractButton::clicked, this, &MemoEditor::finish);
   follow(&field_);
 }
@@ -82,18 +78,21 @@ int MemoEditor::wantedHeight() const {
   return groundHeight() + buttonGap + button_->sizeHint().height();
 }
 
-void MemoEditor::setTheme(const ThemeSpec& theme) {
-  if (theme == theme_) return;
-  theme_ = theme;
-  field_.setPalette(editorPalette(theme));
-  button_->setTheme(theme);
-  update();
-}
-
 void MemoEditor::ended(bool) { callbacks_.done(initial_); }
 
+/// Between the field and the button: anything further would end the editing.
+bool MemoEditor::focusNextPrevChild(bool next) {
+  const auto reason = next ? Qt::TabFocusReason : Qt::BacktabFocusReason;
+  if (field_.hasFocus()) {
+    button_->setFocus(reason);
+  } else {
+    field_.setFocus(reason);
+  }
+  return true;
+}
+
 void MemoEditor::paintEvent(QPaintEvent*) {
-  paintEditorGround(*this, QRect(0, 0, width(), groundHeight()), radius, theme_);
+  paintEditorGround(*this, QRect(0, 0, width(), groundHeight()), radius, theme());
 }
 
 void MemoEditor::resizeEvent(QResizeEvent*) {

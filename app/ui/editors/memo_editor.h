@@ -18,14 +18,15 @@ class MemoEditor : public RowEditor {
     std::function<void()> resized;                   ///< it wants another height
   };
 
-  MemoEditor(QWidget* parent, const std::string& initial, const ThemeSpec& theme,
-             Callbacks callbacks);
+  MemoEditor(QWidget* parent, const std::string& initial, Callbacks callbacks);
   int wantedHeight() const override;
-  void setTheme(const ThemeSpec& theme) override;
 
  protected:
+  void themeChanged() override { button_->setTheme(theme()); }
+  QMenu* fieldMenu() override { return field_.createStandardContextMenu(); }
   void ended(bool keep) override;
   bool hasLines() const override { return true; }
+  bool focusNextPrevChild(bool next) override;
   void paintEvent(QPaintEvent*) override;
   void resizeEvent(QResizeEvent*) override;
 
@@ -37,7 +38,6 @@ class MemoEditor : public RowEditor {
 
   const std::string initial_;
   Callbacks callbacks_;
-  ThemeSpec theme_;
   QTextEdit field_;
   PillButton* button_;  ///< owned by the widget
   QString reported_;    ///< the text as it was last told

@@ -49,15 +49,15 @@ void OpenEditor::follow(const ThemeSpec& theme) {
       old->deleteLater();
     }
     const auto named = key_ ? editorNamed(*key_) : std::nullopt;
-    if (named) editor_ = make(named->first, named->second, theme);
+    if (named) editor_ = make(named->first, named->second);
   }
   if (editor_) editor_->setTheme(theme);
 }
 
-RowEditor* OpenEditor::make(EditorField field, const std::string& id, const ThemeSpec& theme) {
+RowEditor* OpenEditor::make(EditorField field, const std::string& id) {
   const auto* session = sessionOf(*store_, id);
   if (!session) return nullptr;
-  return field == EditorField::title ? titleEditor(*session) : memoEditor(*session, theme);
+  return field == EditorField::title ? titleEditor(*session) : memoEditor(*session);
 }
 
 RowEditor* OpenEditor::titleEditor(const ZelvaneSession& session) {
@@ -69,10 +69,10 @@ RowEditor* OpenEditor::titleEditor(const ZelvaneSession& session) {
                   key = editingKey(EditorField::title, session.id)] { store->endEditing(key); }});
 }
 
-RowEditor* OpenEditor::memoEditor(const ZelvaneSession& session, const ThemeSpec& theme) {
+RowEditor* OpenEditor::memoEditor(const ZelvaneSession& session) {
   auto* store = store_.get();
   return new MemoEditor(
-      parent_, session.memo.value_or(""), theme,
+      parent_, session.memo.value_or(""),
       {.change = [store, id = session.id](const auto& text) { store->notes().setMemo(id, text); },
        .done = [store, id = session.id](const auto& original) { endMemo(*store, id, original); },
        .resized = resized_});

@@ -34,9 +34,9 @@ class OpenEditor {
   void finish();
 
  private:
-  RowEditor* make(EditorField field, const std::string& id, const ThemeSpec& theme);
+  RowEditor* make(EditorField field, const std::string& id);
   RowEditor* titleEditor(const ZelvaneSession& session);
-  RowEditor* memoEditor(const ZelvaneSession& session, const ThemeSpec& theme);
+  RowEditor* memoEditor(const ZelvaneSession& session);
 
   std::shared_ptr<ZelvaneStore> store_;
   QWidget* parent_;

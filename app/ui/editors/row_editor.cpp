@@ -9,15 +9,47 @@
 #include "app/ui/column/text_style.h"
 
 namespace zelvane {
+namespace {
+
+/// The colours of a field that lies on an editor's ground.
+QPalette editorPalette(const ThemeSpec& theme) {
+  constexpr double selection = 0.35;
+  QPalette palette;
+  palette.setColor(QPalette::Base, Qt::transparent);
+  palette.setColor(QPalette::Text, toColor(theme.fg));
+  palette.setColor(QPalette::PlaceholderText, toColor(theme.sub));
+  palette.setColor(QPalette::Highlight, toColor(theme.sub, selection));
+  palette.setColor(QPalette::HighlightedText, toColor(theme.fg));
+  return palette;
+}
+
+}  // namespace
 
 void RowEditor::follow(QWidget* field) {
   field_ = field;
   setFocusProxy(field);
   field->installEventFilter(this);
+  field->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(field, &QWidget::customContextMenuRequested, this, &RowEditor::showFieldMenu);
   // A menu of the field's own does not count as a loss of the focus, and neither does our button.
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, QWidget* now) {
     if (isAncestorOf(old) && !isAncestorOf(now)) finish();
   });
+}
+
+void RowEditor::setTheme(const ThemeSpec& theme) {
+  if (theme == theme_) return;
+  theme_ = theme;
+  field_->setPalette(editorPalette(theme));
+  themeChanged();
+  update();
+}
+
+void RowEditor::showFieldMenu(const QPoint& point) {
+  auto* menu = fieldMenu();
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  styleMenu(*menu, theme_);
+  menu->popup(field_->mapToGlobal(point));
 }
 
 void RowEditor::end(bool keep) {
@@ -79,17 +111,6 @@ void paintEditorGround(QWidget& editor, const QRect& ground, double radius,
   painter.setPen(Qt::NoPen);
   painter.setBrush(toColor(theme.line, opacity));
   painter.drawRoundedRect(ground, radius, radius);
-}
-
-QPalette editorPalette(const ThemeSpec& theme) {
-  constexpr double selection = 0.35;
-  QPalette palette;
-  palette.setColor(QPalette::Base, Qt::transparent);
-  palette.setColor(QPalette::Text, toColor(theme.fg));
-  palette.setColor(QPalette::PlaceholderText, toColor(theme.sub));
-  palette.setColor(QPalette::Highlight, toColor(theme.sub, selection));
-  palette.setColor(QPalette::HighlightedText, toColor(theme.fg));
-  return palette;
 }
 
 }  // namespace zelvane

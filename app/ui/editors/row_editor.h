@@ -3,6 +3,7 @@
 // syllable that an input method is still composing counts as typed. Main thread.
 #pragma once
 
+#include <QtWidgets/QMenu>
 #include <QtWidgets/QWidget>
 
 #include "app/ui/theme.h"
@@ -13,7 +14,7 @@ class RowEditor : public QWidget {
  public:
   /// How high it wants to be, in points.
   virtual int wantedHeight() const = 0;
-  virtual void setTheme(const ThemeSpec& theme) = 0;
+  void setTheme(const ThemeSpec& theme);
   /// Ends the editing as the loss of the focus does.
   void finish() { end(/*keep=*/true); }
   /// From here on nobody is told anything.
@@ -24,6 +25,10 @@ class RowEditor : public QWidget {
   /// To be called once, with the widget that is typed in.
   void follow(QWidget* field);
 
+  const ThemeSpec& theme() const { return theme_; }
+  virtual void themeChanged() {}
+  /// The menu of the field, which the caller owns.
+  virtual QMenu* fieldMenu() = 0;
   /// Called once, when the editing ends; `keep` is false after Escape.
   virtual void ended(bool keep) = 0;
   /// Whether Return with Shift breaks the line instead of ending.
@@ -35,16 +40,15 @@ class RowEditor : public QWidget {
   void end(bool keep);
   void settleComposition();
   bool keyPressed(const QKeyEvent& event);
+  void showFieldMenu(const QPoint& point);
 
   QWidget* field_ = nullptr;
+  ThemeSpec theme_;
   QString composing_;  ///< what the input method has not committed yet
   bool ended_ = false;
 };
 
 /// Draws the ground of an editor, as a memo has it.
 void paintEditorGround(QWidget& editor, const QRect& ground, double radius, const ThemeSpec& theme);
-
-/// The colours of a field that lies on such a ground.
-QPalette editorPalette(const ThemeSpec& theme);
 
 }  // namespace zelvane

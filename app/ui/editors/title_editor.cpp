@@ -29,13 +29,6 @@ TitleEditor::TitleEditor(QWidget* parent, const std::string& initial,
 
 int TitleEditor::wantedHeight() const { return lineHeight(pixels) + 2 * vertical; }
 
-void TitleEditor::setTheme(const ThemeSpec& theme) {
-  if (theme == theme_) return;
-  theme_ = theme;
-  field_.setPalette(editorPalette(theme));
-  update();
-}
-
 void TitleEditor::ended(bool keep) {
   const auto text = field_.text().toStdString();
   if (keep && titleChanged(initial_, text)) {
@@ -45,7 +38,7 @@ void TitleEditor::ended(bool keep) {
   }
 }
 
-void TitleEditor::paintEvent(QPaintEvent*) { paintEditorGround(*this, rect(), radius, theme_); }
+void TitleEditor::paintEvent(QPaintEvent*) { paintEditorGround(*this, rect(), radius, theme()); }
 
 void TitleEditor::resizeEvent(QResizeEvent*) { field_.setGeometry(rect()); }
 

@@ -21,9 +21,9 @@ class TitleEditor : public RowEditor {
   TitleEditor(QWidget* parent, const std::string& initial, const std::string& placeholder,
               Callbacks callbacks);
   int wantedHeight() const override;
-  void setTheme(const ThemeSpec& theme) override;
 
  protected:
+  QMenu* fieldMenu() override { return field_.createStandardContextMenu(); }
   void ended(bool keep) override;
   void paintEvent(QPaintEvent*) override;
   void resizeEvent(QResizeEvent*) override;
@@ -31,7 +31,6 @@ class TitleEditor : public RowEditor {
  private:
   const std::string initial_;
   Callbacks callbacks_;
-  ThemeSpec theme_;
   QLineEdit field_;
 };
 
