@@ -105,7 +105,7 @@ std::string usersShell() {
   return shell && shell->starts_with('/') ? *shell : platform::loginShell();
 }
 
-RestoreDoors systemDoors(Terminal& terminal, const OpenedRecord& record) {
+RestoreDoors systemDoors(Terminal& terminal, const OpenedRecord& record, const Json& snapshot) {
   const auto open = [&terminal, shell = usersShell()](const RestoreItem& item) {
     const auto place = chooseTerminal(item.terminal, seatedSessions(), wishedTerminal());
     return terminal.open(item.folder, resumeCommand(shell, item.sid), place.near, place.program);
@@ -113,14 +113,19 @@ RestoreDoors systemDoors(Terminal& terminal, const OpenedRecord& record) {
   return {.running = runningSessions,
           .starting = startingSessions,
           .open = open,
-          .remember = [record](const std::string& sid) { record.add(sid, systemTime()); },
+          .remember =
+              [&](const std::string& sid) {
+                record.add(sid, countsAsOpenedAt(snapshot, systemTime()));
+              },
           .say = say,
           .pause = sleepFor,
           .clock = systemTime};
 }
 
-RestorePlan currentPlan(bool exact, const OpenedRecord& record) {
-  return planRestore(snapshotToRestore().value_or(Json::object()), exact,
+Json snapshotOrNone() { return snapshotToRestore().value_or(Json::object()); }
+
+RestorePlan currentPlan(const Json& snapshot, bool exact, const OpenedRecord& record) {
+  return planRestore(snapshot, exact,
                      {.running = withStarting(runningSessions()),
                       .openedAt = record.openedAt(),
                       .folderExists = folderExists});
@@ -131,7 +136,7 @@ RestorePlan currentPlan(bool exact, const OpenedRecord& record) {
 ExitCode restore(const RestoreOptions& options) {
   const OpenedRecord record(ZelvanePaths::restored());
   if (options.dryRun) {
-    sayPlan(currentPlan(options.exact, record));
+    sayPlan(currentPlan(snapshotOrNone(), options.exact, record));
     return fine;
   }
   const FileLock::Scope turn(ZelvanePaths::restored() + ".lock", FileLock::Wait::no);
@@ -139,12 +144,13 @@ ExitCode restore(const RestoreOptions& options) {
     writeError(L("다른 zelvane restore 가 열고 있어요.") + "\n");
     return failed;
   }
-  const auto plan = currentPlan(options.exact, record);
+  const auto snapshot = snapshotOrNone();
+  const auto plan = currentPlan(snapshot, options.exact, record);
   sayPlan(plan);
   if (plan.open.empty()) return fine;
   keepNamedSnapshot();
   Terminal terminal;
-  return runRestore(plan, systemDoors(terminal, record)) == 0 ? fine : failed;
+  return runRestore(plan, systemDoors(terminal, record, snapshot)) == 0 ? fine : failed;
 }
 
 }  // namespace zelvane::cli

@@ -28,6 +28,12 @@ inline std::int64_t wholeSeconds(Time time) {
   return whole > within ? whole - 1 : whole;
 }
 
+/// Whether the moment lies less than the span ago. One in the future does not: the clock was set
+/// back, and waiting for it to catch up could take forever.
+inline constexpr bool within(Seconds span, Time moment, Time now) {
+  return moment <= now && now - moment < span;
+}
+
 /// Stands for "no time known" where a time is compared: earlier than any real one.
 inline constexpr Time distantPast = timeAt(-62'135'769'600.0);
 

@@ -18,10 +18,11 @@ struct ClientWord {
 };
 
 /// The state that a record should have by a newer word of the client's; nothing when it may stay.
+/// A record from the future is from before the clock was set back: any word is newer.
 std::optional<std::string> stateByClient(std::string_view state, std::optional<Time> recordedAt,
-                                         const ClientWord& word);
+                                         const ClientWord& word, Time now);
 
 /// Rewrites the record to fit the client's word. False when it fits already.
-bool keepUp(Json& record, const ClientWord& word);
+bool keepUp(Json& record, const ClientWord& word, Time now);
 
 }  // namespace zelvane

@@ -5,6 +5,8 @@
 namespace zelvane {
 namespace {
 
+const Time now = timeAt(1005);
+
 TEST(Upkeep, ANewerWordOfTheClientOverrulesTheRecord) {
   struct Case {
     const char* state;
@@ -29,28 +31,30 @@ TEST(Upkeep, ANewerWordOfTheClientOverrulesTheRecord) {
       {"", "idle", 1, std::nullopt},
   };
   for (const auto& [state, status, after, becomes] : cases) {
-    EXPECT_EQ(stateByClient(state, timeAt(1000), {status, timeAt(1000 + after)}), becomes)
+    EXPECT_EQ(stateByClient(state, timeAt(1000), {status, timeAt(1000 + after)}, now), becomes)
         << state << " " << status << " " << after;
   }
-  EXPECT_EQ(stateByClient("waiting", std::nullopt, {"idle", timeAt(5)}), "idle");
-  EXPECT_EQ(stateByClient("waiting", timeAt(5), {"idle", std::nullopt}), std::nullopt);
+  EXPECT_EQ(stateByClient("waiting", std::nullopt, {"idle", timeAt(5)}, now), "idle");
+  EXPECT_EQ(stateByClient("waiting", timeAt(5), {"idle", std::nullopt}, now), std::nullopt);
+  const Time setBack = timeAt(900);
+  EXPECT_EQ(stateByClient("waiting", timeAt(1000), {"busy", timeAt(880)}, setBack), "working");
 }
 
 TEST(Upkeep, RewritesTheRecordButNotWhatItDoesNotSpeakOf) {
   const Json record = {{"state", "waiting"}, {"reason", "질문: 색?"},  {"updated_at", 1000},
                        {"prompt", "p"},      {"working_since", 900.5}, {"done_at", 800}};
   Json busy = record;
-  EXPECT_TRUE(keepUp(busy, {"busy", timeAt(1001)}));
+  EXPECT_TRUE(keepUp(busy, {"busy", timeAt(1001)}, now));
   EXPECT_EQ(busy, Json({{"state", "working"},
                         {"updated_at", 1001.0},
                         {"prompt", "p"},
                         {"working_since", 900.5},
                         {"done_at", 800}}));
   Json idle = record;
-  EXPECT_TRUE(keepUp(idle, {"idle", timeAt(1001)}));
+  EXPECT_TRUE(keepUp(idle, {"idle", timeAt(1001)}, now));
   EXPECT_EQ(idle,
             Json({{"state", "idle"}, {"updated_at", 1001.0}, {"prompt", "p"}, {"done_at", 800}}));
-  EXPECT_FALSE(keepUp(idle, {"idle", timeAt(2000)}));
+  EXPECT_FALSE(keepUp(idle, {"idle", timeAt(2000)}, now));
 }
 
 }  // namespace

@@ -60,6 +60,15 @@ RestorePlan planRestore(const Json& snapshot, bool exact, const RestoreFacts& fa
   return plan;
 }
 
+Time countsAsOpenedAt(const Json& snapshot, Time now) {
+  double at = std::max(secondsSince1970(now), get::num(snapshot, "saved_at").value_or(0));
+  const Json* items = get::list(snapshot, "items");
+  for (const auto& item : items ? *items : Json::array()) {
+    at = std::max(at, get::num(item, "closed_at").value_or(0));
+  }
+  return timeAt(at);
+}
+
 bool isSessionId(const std::string& text) {
   const auto isPlain = [](char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' ||

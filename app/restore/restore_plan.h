@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/json_file.h"
+#include "core/time.h"
 
 namespace zelvane {
 
@@ -42,6 +43,10 @@ struct RestoreFacts {
 /// In the snapshot's order. What was opened since the snapshot was made is left out; when `exact`,
 /// since that very conversation was closed.
 RestorePlan planRestore(const Json& snapshot, bool exact, const RestoreFacts& facts);
+
+/// When a conversation of the snapshot that is opened now counts as opened: not before it was
+/// closed, though the clock was set back since.
+Time countsAsOpenedAt(const Json& snapshot, Time now);
 
 /// Whether the text can be a session id: letters, digits, "-" and "_", and not an option.
 bool isSessionId(const std::string& text);

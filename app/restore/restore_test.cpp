@@ -178,5 +178,12 @@ TEST(OpenedRecord, RemembersForAMonth) {
   EXPECT_EQ(record.openedAt(), (std::map<std::string, double>{{"z", 3}}));
 }
 
+TEST(CountsAsOpened, NotBeforeItWasClosed) {
+  const auto snapshot = Json::parse(R"({"saved_at": 500, "items": [{"closed_at": 600}, {}]})");
+  EXPECT_EQ(countsAsOpenedAt(snapshot, timeAt(700)), timeAt(700));
+  EXPECT_EQ(countsAsOpenedAt(snapshot, timeAt(100)), timeAt(600)) << "the clock was set back";
+  EXPECT_EQ(countsAsOpenedAt(Json::object(), timeAt(100)), timeAt(100));
+}
+
 }  // namespace
 }  // namespace zelvane

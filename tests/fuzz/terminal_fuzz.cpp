@@ -44,7 +44,7 @@ void readWezTerm(std::string_view answer) {
 
 void readVariable(std::string_view variable) {
   const auto address = kittyAddress(variable);
-  require(address.find('\0') == address.npos);
+  require(address.empty() || variable.starts_with("unix:"));
   const auto socket = tmuxSocket(variable, 7);
   require(socket.empty() || variable.starts_with(socket));
 }

@@ -22,10 +22,10 @@ namespace {
 ClientWord wordOf(const ClaudeProc& proc) { return {proc.status, proc.updatedAt}; }
 
 /// No hook tells that a dialog was answered or a turn interrupted; the client's own file does.
-void followClient(LiveSession& live) {
+void followClient(LiveSession& live, Time now) {
   if (!live.hook) return;
   HookRecord& hook = *live.hook;
-  const auto state = stateByClient(hook.state, hook.updatedAt, wordOf(live.proc));
+  const auto state = stateByClient(hook.state, hook.updatedAt, wordOf(live.proc), now);
   if (!state) return;
   live.recordOutdated = true;
   hook.state = *state;
@@ -42,7 +42,7 @@ std::vector<LiveSession> liveSessions(const RefreshSources& sources, Time now) {
     if (!tty) continue;
     auto hook = sources.hookRecord(proc.sessionId);
     live.push_back({std::move(proc), std::move(*tty), std::move(hook)});
-    followClient(live.back());
+    followClient(live.back(), now);
   }
   return live;
 }
@@ -142,10 +142,10 @@ RefreshSources systemSources(const std::shared_ptr<Terminal>& terminal) {
   sources.hookRecord = [](const std::string& id) {
     return readHookRecord(Paths::hookSessions(), id);
   };
-  sources.keepRecordUp = [](const ClaudeProc& proc) {
+  sources.keepRecordUp = [](const ClaudeProc& proc, Time now) {
     (void)changeRecord(
         RecordFolder::in(Paths::zelvane()), proc.sessionId,
-        [&](Json& record) { keepUp(record, wordOf(proc)); }, FileTime::stays);
+        [&](Json& record) { keepUp(record, wordOf(proc), now); }, FileTime::stays);
   };
   sources.terminalProgram = terminalProgramSource();
   sources.terminalTitles = [terminal](const auto& sessions) { return terminal->titles(sessions); };

@@ -20,7 +20,7 @@ struct RefreshSources {
   std::function<std::optional<std::string>(std::int32_t pid)> tty;
   std::function<std::optional<HookRecord>(const std::string& id)> hookRecord;
   /// Rewrites the session's hook record to fit what the client says in its own file.
-  std::function<void(const ClaudeProc&)> keepRecordUp = [](const auto&) {};
+  std::function<void(const ClaudeProc&, Time now)> keepRecordUp = [](const auto&, Time) {};
   /// The program that draws a session's tab, or "tmux".
   std::function<std::string(const TerminalSession&)> terminalProgram = [](const auto&) {
     return "";

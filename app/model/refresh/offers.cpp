@@ -17,10 +17,9 @@ bool hasRow(const std::vector<ZelvaneSession>& rows, const std::string& id) {
 }  // namespace
 
 std::vector<Json> recentClosedAfter(std::vector<Json> recentClosed,
-                                    const std::optional<std::vector<Json>>& burst,
-                                    double dismissedUntil, const std::vector<ZelvaneSession>& rows,
-                                    Time now) {
-  if (burst && dismissedUntil < secondsSince1970(now)) {
+                                    const std::optional<std::vector<Json>>& burst, bool dismissed,
+                                    const std::vector<ZelvaneSession>& rows, Time now) {
+  if (burst && !dismissed) {
     std::set<std::string> known;
     for (const auto& item : recentClosed) known.insert(sid(item));
     for (const auto& item : *burst) {

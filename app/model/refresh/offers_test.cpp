@@ -23,12 +23,12 @@ std::vector<ZelvaneSession> rows(const std::vector<std::string>& ids) {
 TEST(RecentClosed, TakesABurstOnceAndForgetsWhatIsBackOrOld) {
   const std::vector<Json> before{item("a", 100), item("b", 599), item("c", 600), item("d", 10)};
   const std::vector<Json> burst{item("a", 1), item("e", 1), item("e", 2)};
-  EXPECT_THAT(recentClosedAfter(before, burst, 0, rows({"d"}), now),
+  EXPECT_THAT(recentClosedAfter(before, burst, false, rows({"d"}), now),
               ElementsAre(before[0], before[1], burst[1]));
-  EXPECT_THAT(recentClosedAfter({}, burst, secondsSince1970(now), {}, now), IsEmpty())
+  EXPECT_THAT(recentClosedAfter({}, burst, true, {}, now), IsEmpty())
       << "the offer is still dismissed";
   EXPECT_THAT(
-      recentClosedAfter({{{"sid", "x"}}, {{"sid", "y"}, {"closed_at", "z"}}}, {}, 0, {}, now),
+      recentClosedAfter({{{"sid", "x"}}, {{"sid", "y"}, {"closed_at", "z"}}}, {}, false, {}, now),
       IsEmpty())
       << "without a time of closing";
 }

@@ -41,9 +41,13 @@ void followSessions(const RefreshInputs& inputs, Time now, RefreshResult& result
         friendOf[id] = character->second;
       }
     }
-    const bool late = now - timeAt(pending->second.since) > carryWait;
-    if (source || late) memory.pendingCarry.erase(pending);
+    if (source) memory.pendingCarry.erase(pending);
   }
+  // Also those whose new session has ended since.
+  std::erase_if(memory.pendingCarry, [&](const auto& pending) {
+    const Time since = timeAt(pending.second.since);
+    return since > now || now - since > carryWait;
+  });
   memory.sidByPid = std::move(seen);
 }
 
@@ -192,11 +196,14 @@ class RowBuilder {
 
 bool titlesWanted(const RefreshMemory& memory, const std::set<std::string>& ttys, bool visible,
                   Time now) {
-  const Seconds age = now - memory.titlesAt;
+  // Titles from the future are from before the clock was set back.
+  const auto older = [&](Seconds span) {
+    return memory.titlesAt > now || now - memory.titlesAt > span;
+  };
   const bool newTab =
       !std::includes(memory.titleTried.begin(), memory.titleTried.end(), ttys.begin(), ttys.end());
   return !ttys.empty() &&
-         ((visible && age > titlesWhileVisible) || (newTab && age > titlesForNewTab));
+         ((visible && older(titlesWhileVisible)) || (newTab && older(titlesForNewTab)));
 }
 
 RefreshResult refreshPass(const RefreshInputs& inputs, RefreshMemory memory, Time now) {

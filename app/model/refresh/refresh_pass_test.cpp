@@ -281,6 +281,7 @@ TEST(TitlesWanted, ByAgeVisibilityAndNewTabs) {
       {"stale but hidden", memory(6000, {"a"}), {"a"}, false, false},
       {"new tab, asked just now", memory(10, {"a"}), {"a", "b"}, true, false},
       {"new tab", memory(10.5, {"a"}), {"a", "b"}, false, true},
+      {"the clock was set back", memory(-3000, {"a"}), {"a"}, true, true},
       {"fewer tabs", memory(10.5, {"a", "b"}), {"b"}, true, false},
   };
   for (const auto& [what, remembered, ttys, visible, wanted] : cases) {

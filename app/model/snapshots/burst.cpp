@@ -44,14 +44,14 @@ std::optional<std::vector<Json>> detectBurst(const std::vector<ZelvaneSession>& 
   }
   memory.live = std::move(current);
   std::erase_if(memory.vanished,
-                [&](const auto& entry) { return now - entry.first >= remembered; });
+                [&](const auto& entry) { return !within(remembered, entry.first, now); });
   if (memory.vanished.empty()) return std::nullopt;
-  if (now < memory.until) return report(memory, now);
+  if (within(remembered, memory.reported, now)) return report(memory, now);
   const auto recent =
       std::count_if(memory.vanished.begin(), memory.vanished.end(),
-                    [&](const auto& entry) { return now - entry.first < together; });
+                    [&](const auto& entry) { return within(together, entry.first, now); });
   if (recent < fewest) return std::nullopt;
-  memory.until = now + remembered;
+  memory.reported = now;
   return report(memory, now);
 }
 

@@ -21,7 +21,7 @@ namespace zelvane {
 struct BurstMemory {
   std::map<std::string, Json> live;             ///< the last rows, by session id
   std::vector<std::pair<Time, Json>> vanished;  ///< when each was missed first
-  Time until = distantPast;                     ///< end of the burst that was reported last
+  Time reported = distantPast;                  ///< when a burst began that was reported
 };
 
 /// The items that were closed all at once, each with "closed_at"; nothing while there is nothing to

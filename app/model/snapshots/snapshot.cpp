@@ -47,13 +47,19 @@ std::map<std::string, Json> bySession(const Json& items) {
   return found;
 }
 
-/// The items whose sessions lived until shortly before the end.
-Json aliveLast(const Json& items, double now) {
-  double newest = lastSeen(items.front(), now);
-  for (const auto& item : items) newest = std::max(newest, lastSeen(item, now));
-  Json alive = Json::array();
+/// The items whose sessions lived until shortly before the end. One that was seen after the
+/// snapshot was made ended before the clock was set back.
+Json aliveLast(const Json& items, double savedAt, double now) {
+  Json possible = Json::array();
+  double newest = 0;
   for (const auto& item : items) {
-    if (lastSeen(item, now) >= newest - aliveAtTheEnd) alive.push_back(item);
+    if (lastSeen(item, 0) > savedAt) continue;
+    newest = std::max(newest, lastSeen(item, now));
+    possible.push_back(item);
+  }
+  Json alive = Json::array();
+  for (auto& item : possible) {
+    if (lastSeen(item, now) >= newest - aliveAtTheEnd) alive.push_back(std::move(item));
   }
   return alive;
 }
@@ -65,13 +71,9 @@ std::optional<Json> autosnapshot(const std::vector<ZelvaneSession>& rows, Snapsh
   for (const auto& row : rows) memory.items[row.id] = itemOf(row, now);
   std::erase_if(memory.items,
                 [&](const auto& entry) { return now - timeAt(lastSeen(entry.second, 0)) >= kept; });
-  // The clock was set back: nobody was seen later than now.
-  for (auto& [id, item] : memory.items) {
-    if (timeAt(lastSeen(item, 0)) > now) item["last_seen"] = secondsSince1970(now);
-  }
   auto signature = signatureOf(rows);
-  const bool isFresh = memory.writtenAt <= now && now - memory.writtenAt < freshEnough;
-  if (signature == memory.signature && isFresh) return std::nullopt;
+  const bool fresh = within(freshEnough, memory.writtenAt, now);
+  if (signature == memory.signature && fresh) return std::nullopt;
   memory.signature = std::move(signature);
   memory.writtenAt = now;
   return Json{{"v", 2}, {"saved_at", secondsSince1970(now)}, {"items", newestFirst(memory.items)}};
@@ -95,7 +97,8 @@ RebootFindings checkReboot(const std::optional<Json>& snapshot,
   const auto handled = rebootSnapshot ? get::num(*rebootSnapshot, "saved_at") : std::nullopt;
   if (handled && *handled >= *savedAt) return {};
   const double seconds = secondsSince1970(now);
-  return {.rebootSnapshot = Json{{"saved_at", seconds}, {"items", aliveLast(*items, seconds)}}};
+  return {.rebootSnapshot =
+              Json{{"saved_at", seconds}, {"items", aliveLast(*items, *savedAt, seconds)}}};
 }
 
 std::vector<Json> pendingItems(const std::optional<Json>& rebootSnapshot,

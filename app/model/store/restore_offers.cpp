@@ -12,7 +12,7 @@ namespace {
 
 constexpr Seconds longestRun(900);
 // As long as stragglers of the same burst may still come in.
-constexpr double dismissedFor = 10;
+constexpr Seconds dismissedFor(10);
 
 }  // namespace
 
@@ -26,7 +26,9 @@ void RestoreOffers::follow(std::vector<Json> pending, const std::optional<std::v
   // Dismissed while the pass was looking.
   if (!pending.empty() && !options_.files->hasRebootSnapshot()) pending.clear();
   setPending(std::move(pending));
-  setRecent(recentClosedAfter(recentClosed_, burst, dismissedUntil_, rows, options_.clock()));
+  const Time now = options_.clock();
+  const bool dismissed = within(dismissedFor, dismissedAt_, now);
+  setRecent(recentClosedAfter(recentClosed_, burst, dismissed, rows, now));
 }
 
 void RestoreOffers::restoreReboot() { run(options_.files->rebootSnapshotPath(), /*exact=*/false); }
@@ -43,7 +45,7 @@ void RestoreOffers::dismissRestore() {
 }
 
 void RestoreOffers::dismissRecent() {
-  dismissedUntil_ = secondsSince1970(options_.clock()) + dismissedFor;
+  dismissedAt_ = options_.clock();
   setRecent({});
   setMessage("");
 }

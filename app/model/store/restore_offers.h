@@ -71,7 +71,7 @@ class RestoreOffers : public std::enable_shared_from_this<RestoreOffers> {
   std::vector<Json> recentClosed_;
   bool restoring_ = false;
   std::string restoreMessage_;
-  double dismissedUntil_ = 0;  ///< seconds since 1970
+  Time dismissedAt_ = distantPast;
   std::atomic<bool> cancelled_ = false;
   std::unique_ptr<SerialQueue> q_;  ///< from the first run on
 };

@@ -144,7 +144,7 @@ void ZelvaneStore::runPass() {
   const Time now = options_.clock();
   notes_->reloadIfChanged();
   const auto inputs = gather(options_.sources, memory_, choices(), now);
-  if (!inputs.choices.readOnly) keepRecordsUp(inputs);
+  if (!inputs.choices.readOnly) keepRecordsUp(inputs, now);
   auto result = refreshPass(inputs, std::move(memory_), now);
   memory_ = std::move(result.memory);
   for (const auto& [from, to] : result.carries) notes_->carry(from, to);
@@ -159,9 +159,9 @@ void ZelvaneStore::runPass() {
 }
 
 /// On the refresh queue.
-void ZelvaneStore::keepRecordsUp(const RefreshInputs& inputs) {
+void ZelvaneStore::keepRecordsUp(const RefreshInputs& inputs, Time now) {
   for (const auto& live : inputs.live) {
-    if (live.recordOutdated) options_.sources.keepRecordUp(live.proc);
+    if (live.recordOutdated) options_.sources.keepRecordUp(live.proc, now);
   }
 }
 

@@ -94,6 +94,8 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
   bool anchorTop() const { return anchorTop_; }
   const std::vector<std::string>& pinned() const { return pinned_; }
   bool readOnly() const { return readOnly_; }
+  /// What the passes remember. On the refresh queue.
+  const RefreshMemory& memory() const { return memory_; }
   /// Whether a one-second clock has something to show.
   bool clockNeeded() const;
 
@@ -129,7 +131,7 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
   explicit ZelvaneStore(Options options);
 
   void runPass();
-  void keepRecordsUp(const RefreshInputs& inputs);
+  void keepRecordsUp(const RefreshInputs& inputs, Time now);
   void saveFriends();
   void requestPass();
   void checkReboot();

@@ -192,7 +192,7 @@ TEST_F(StoreFixture, RewritesOutdatedRecordsUnlessReadOnly) {
     std::vector<std::string> rewritten;
     auto with = options();
     with.readOnly = readOnly;
-    with.sources.keepRecordUp = [&](const ClaudeProc& proc) {
+    with.sources.keepRecordUp = [&](const ClaudeProc& proc, Time) {
       rewritten.push_back(proc.sessionId);
     };
     create(with);

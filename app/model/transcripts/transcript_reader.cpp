@@ -7,10 +7,6 @@
 namespace zelvane {
 namespace {
 
-/// Whether the moment lies less than the span ago. One in the future does not: the clock was set
-/// back, and waiting for it to catch up could take forever.
-bool within(Seconds span, Time moment, Time now) { return moment <= now && now - moment < span; }
-
 /// Paths come from hook records, which others could write.
 bool isUsablePath(const std::string& path) {
   return path.starts_with('/') && path.find('\0') == path.npos;
