@@ -51,16 +51,22 @@ RowsBlock::Row& RowsBlock::rowFor(const PlannedRow& planned, Rows& before) {
 }
 
 std::unique_ptr<RowWidget> RowsBlock::makeWidget(const std::string& key) {
+  using Wish = std::function<void(const ZelvaneSession&)>;
+  // With a copy: what the wish leads to may replace the row.
+  const auto about = [this, key](const Wish& wish) {
+    return [this, key, &wish] { wish(ZelvaneSession(rows_[key].session)); };
+  };
   auto widget = std::make_unique<RowWidget>(
       this, stage_,
-      RowWidget::Callbacks{
-          .tapped = [this, key] { callbacks_.tapped(ZelvaneSession(rows_[key].session)); },
-          .menuWanted =
-              [this, key](QPoint point) {
-                callbacks_.menuWanted(ZelvaneSession(rows_[key].session), point);
-              },
-          .openWanted = [this,
-                         key] { callbacks_.openWanted(ZelvaneSession(rows_[key].session)); }});
+      RowWidget::Callbacks{.tapped = about(callbacks_.tapped),
+                           .menuWanted =
+                               [this, key](QPoint point) {
+                                 callbacks_.menuWanted(ZelvaneSession(rows_[key].session), point);
+                               },
+                           .openWanted = about(callbacks_.openWanted),
+                           .titleTapped = about(callbacks_.titleTapped),
+                           .memoWanted = about(callbacks_.memoWanted),
+                           .effortWanted = about(callbacks_.effortWanted)});
   widget->show();
   return widget;
 }
@@ -106,6 +112,14 @@ void RowsBlock::keyPressEvent(QKeyEvent* event) {
     return focused && isAncestorOf(focused) && focused->parentWidget() != this;
   };
   while (focusNextPrevChild(down) && insideARow()) continue;
+}
+
+std::optional<QRect> RowsBlock::editorPlace() const {
+  for (const auto& [key, row] : rows_) {
+    const QRect& place = row.widget->editorPlace();
+    if (!place.isEmpty()) return place.translated(row.widget->pos());
+  }
+  return std::nullopt;
 }
 
 void RowsBlock::showTimes(Time now) {
