@@ -116,6 +116,15 @@ TEST(Reach, ArrowsGoFromRowToRowAndKeysPressThem) {
   EXPECT_TRUE(menu->isVisible());
 }
 
+TEST(Reach, AnOpenEditorKeepsTheArrows) {
+  FocusedColumn column(showcaseRows(1, now));
+  for (const char* key : {"title:show-0", "memo:show-0"}) {
+    column.store->setEditing(key);
+    for (const auto arrow : {Qt::Key_Up, Qt::Key_Down}) column.press(arrow);
+    EXPECT_EQ(column.store->editing(), key);
+  }
+}
+
 TEST(Reach, TheFocusedRowScrollsIntoSightAndIsMarked) {
   FocusedColumn column(demoRows(60, 1, now));
   const auto last = column.rows().back();

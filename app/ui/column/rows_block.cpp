@@ -106,7 +106,9 @@ void RowsBlock::setPlan(std::vector<ColumnItem> plan, const ThemeSpec& theme, in
 /// The arrows go from row to row, past the buttons in them.
 void RowsBlock::keyPressEvent(QKeyEvent* event) {
   const bool down = event->key() == Qt::Key_Down;
-  if (!down && event->key() != Qt::Key_Up) return event->ignore();
+  // In an open editor they belong to its text.
+  const bool onARow = dynamic_cast<RowWidget*>(window()->focusWidget()) != nullptr;
+  if (!onARow || (!down && event->key() != Qt::Key_Up)) return event->ignore();
   const auto insideARow = [this] {
     const auto* focused = window()->focusWidget();
     return focused && isAncestorOf(focused) && focused->parentWidget() != this;
