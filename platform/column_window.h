@@ -32,6 +32,14 @@ class ColumnWindow {
 
   /// Puts the window on every desktop and keeps it out of task bars and pagers. Before it is shown.
   void standAside();
+  /// Notes which window has the keyboard, before the toolkit asks for it.
+  void borrowKeyboard();
+  /// Takes the keyboard where that request was not granted; a moment after it.
+  void insistOnKeyboard();
+  /// Hands the keyboard back to the window that was noted, if this one still has it.
+  void returnKeyboard();
+  /// Hands it back where that was not granted; a moment later.
+  void insistOnReturn();
   /// Whether translucent pixels of a window really let through what lies behind.
   bool translucencyWorks() const;
   /// Whether opaque windows in front hide all of it. Errs to "no".

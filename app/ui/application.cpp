@@ -117,7 +117,9 @@ int AppDelegate::run() {
   openPanel();
   fillOrStart();
   // A request that came while the window was opened would be lost on a loop that does not run yet.
-  return quitOnSignal.requested() ? 0 : QApplication::exec();
+  const int status = quitOnSignal.requested() ? 0 : QApplication::exec();
+  store_->endEditing(std::nullopt);  // what is being typed is kept
+  return status;
 }
 
 ColumnView::Options AppDelegate::viewOptions() const {
@@ -147,8 +149,10 @@ int AppDelegate::renderAndExit(const std::string& path) {
 }
 
 void AppDelegate::openPanel() {
-  panel_ = std::make_unique<ColumnPanel>(panelSize_,
-                                         [this](bool visible) { store_->setVisible(visible); });
+  panel_ = std::make_unique<ColumnPanel>(
+      panelSize_,
+      ColumnPanel::Callbacks{.onVisible = [this](bool visible) { store_->setVisible(visible); },
+                             .onKeysLost = [this] { store_->endEditing(std::nullopt); }});
   appearance_ = std::make_unique<Appearance>([this](Appearance::Wishes wishes) {
     view_->setAppearance(wishes.dark, wishes.reducedMotion);
   });
@@ -178,6 +182,7 @@ void AppDelegate::fillOrStart() {
 void AppDelegate::storeChanged(ZelvaneStore::Change change) {
   using Change = ZelvaneStore::Change;
   if (change == Change::passed) panel_->lookAround();
+  if (change == Change::editing) panel_->setTakesKeys(store_->editing().has_value());
   if (change == Change::passed || change == Change::sessions || change == Change::visible) {
     // As long as anything moves, seen or not: being covered is what the look finds out.
     const auto& rows = store_->sessions();

@@ -10,6 +10,8 @@
 namespace zelvane::platform {
 namespace {
 
+constexpr xcb_window_t noWindow = XCB_WINDOW_NONE;
+
 struct Freeing {
   void operator()(void* reply) const { std::free(reply); }
 };
@@ -21,20 +23,27 @@ struct Disconnecting {
 };
 using Connection = std::unique_ptr<xcb_connection_t, Disconnecting>;
 
-enum Atom { desktop, state, sticky, skipTaskbar, skipPager, hidden, stacking, extents, compositor };
+enum Atom {
+  desktop,
+  state,
+  sticky,
+  skipTaskbar,
+  skipPager,
+  hidden,
+  stacking,
+  activeWindow,
+  extents,
+  compositor
+};
 constexpr std::size_t atomCount = compositor + 1;
 
 std::array<xcb_atom_t, atomCount> internAtoms(xcb_connection_t* connection, int screenNumber) {
   const std::array<std::string, atomCount> names{
-      "_NET_WM_DESKTOP",
-      "_NET_WM_STATE",
-      "_NET_WM_STATE_STICKY",
-      "_NET_WM_STATE_SKIP_TASKBAR",
-      "_NET_WM_STATE_SKIP_PAGER",
-      "_NET_WM_STATE_HIDDEN",
-      "_NET_CLIENT_LIST_STACKING",
-      "_NET_FRAME_EXTENTS",
-      "_NET_WM_CM_S" + std::to_string(screenNumber),
+      "_NET_WM_DESKTOP",           "_NET_WM_STATE",
+      "_NET_WM_STATE_STICKY",      "_NET_WM_STATE_SKIP_TASKBAR",
+      "_NET_WM_STATE_SKIP_PAGER",  "_NET_WM_STATE_HIDDEN",
+      "_NET_CLIENT_LIST_STACKING", "_NET_ACTIVE_WINDOW",
+      "_NET_FRAME_EXTENTS",        "_NET_WM_CM_S" + std::to_string(screenNumber),
   };
   std::array<xcb_intern_atom_cookie_t, atomCount> cookies;
   for (std::size_t i = 0; i < atomCount; ++i) {
@@ -84,6 +93,7 @@ struct ColumnWindow::State {
   xcb_window_t root;
   xcb_window_t window;
   std::array<xcb_atom_t, atomCount> atoms;
+  xcb_window_t lender = noWindow;  ///< had the keyboard before
 
   xcb_get_property_cookie_t request(xcb_window_t of, Atom name) const {
     constexpr std::uint32_t limit = 16384;
@@ -95,6 +105,9 @@ struct ColumnWindow::State {
                         static_cast<std::uint32_t>(values.size()), values.data());
   }
   std::vector<std::uint32_t> windowsInFront() const;
+  xcb_window_t focused() const;
+  bool viewable(xcb_window_t window) const;
+  void focus(xcb_window_t window) const;
   void dropEvents() const {
     while (const Owned<xcb_generic_event_t> event{xcb_poll_for_event(connection.get())}) {
     }
@@ -170,6 +183,65 @@ void ColumnWindow::standAside() {
   auto* connection = state_->connection.get();
   const Owned<xcb_get_input_focus_reply_t> done(
       xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+}
+
+/// The window that the keys really go to, whatever anybody believes to be the active one.
+xcb_window_t ColumnWindow::State::focused() const {
+  const Owned<xcb_get_input_focus_reply_t> reply(
+      xcb_get_input_focus_reply(connection.get(), xcb_get_input_focus(connection.get()), nullptr));
+  return reply ? reply->focus : noWindow;
+}
+
+bool ColumnWindow::State::viewable(xcb_window_t of) const {
+  const Owned<xcb_get_window_attributes_reply_t> reply(xcb_get_window_attributes_reply(
+      connection.get(), xcb_get_window_attributes(connection.get(), of), nullptr));
+  return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+void ColumnWindow::State::focus(xcb_window_t target) const {
+  xcb_set_input_focus(connection.get(), XCB_INPUT_FOCUS_PARENT, target, XCB_CURRENT_TIME);
+  xcb_flush(connection.get());
+}
+
+void ColumnWindow::borrowKeyboard() {
+  const auto active =
+      valuesOf(state_->connection.get(), state_->request(state_->root, activeWindow));
+  state_->lender = active.empty() ? noWindow : active.front();
+  // A click on us may have made us the active window of managers that do not look at the hints.
+  if (state_->lender == state_->window || state_->lender == noWindow) {
+    state_->lender = state_->focused();
+  }
+}
+
+void ColumnWindow::insistOnKeyboard() {
+  if (state_->focused() != state_->window) state_->focus(state_->window);
+  state_->dropEvents();
+}
+
+void ColumnWindow::returnKeyboard() {
+  if (state_->focused() != state_->window || !state_->viewable(state_->lender)) return;
+  constexpr std::uint32_t fromApplication = 1;
+  xcb_client_message_event_t message{};
+  message.response_type = XCB_CLIENT_MESSAGE;
+  message.format = 32;
+  message.window = state_->lender;
+  message.type = state_->atoms[activeWindow];
+  message.data.data32[0] = fromApplication;
+  message.data.data32[1] = XCB_CURRENT_TIME;
+  message.data.data32[2] = state_->window;
+  xcb_send_event(state_->connection.get(), 0, state_->root,
+                 XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                 reinterpret_cast<const char*>(&message));
+  xcb_flush(state_->connection.get());
+}
+
+void ColumnWindow::insistOnReturn() {
+  if (state_->focused() == state_->window) {
+    // Where the lender is gone the keys follow the pointer: better than going nowhere.
+    state_->focus(state_->viewable(state_->lender) ? state_->lender
+                                                   : xcb_window_t{XCB_INPUT_FOCUS_POINTER_ROOT});
+  }
+  state_->dropEvents();
 }
 
 bool ColumnWindow::translucencyWorks() const {

@@ -30,6 +30,18 @@ void leaveFocusAlone(NSPanel* panel) {
   tellWindowServer(panel);
 }
 
+/// The toolkit undoes this whenever it is told whether the window takes the keyboard.
+void shape(NSWindow* window) {
+  if ([window isKindOfClass:[NSPanel class]]) leaveFocusAlone(static_cast<NSPanel*>(window));
+  window.collectionBehavior = NSWindowCollectionBehaviorCanJoinAllSpaces |
+                              NSWindowCollectionBehaviorIgnoresCycle |
+                              NSWindowCollectionBehaviorFullScreenNone;
+  window.level = NSNormalWindowLevel;
+  window.hidesOnDeactivate = NO;
+  window.hasShadow = YES;
+  window.movable = NO;
+}
+
 }  // namespace
 
 std::string columnWindowSystem() { return "cocoa"; }
@@ -66,16 +78,25 @@ void ColumnWindow::standAside() {
   // The bundle's property list says the same; a program that runs outside of one has none.
   [NSApp setActivationPolicy:NSApplicationActivationPolicyAccessory];
   takeKeyFromQuit();
-  NSWindow* window = state_->window;
-  if ([window isKindOfClass:[NSPanel class]]) leaveFocusAlone(static_cast<NSPanel*>(window));
-  window.collectionBehavior = NSWindowCollectionBehaviorCanJoinAllSpaces |
-                              NSWindowCollectionBehaviorIgnoresCycle |
-                              NSWindowCollectionBehaviorFullScreenNone;
-  window.level = NSNormalWindowLevel;
-  window.hidesOnDeactivate = NO;
-  window.hasShadow = YES;
-  window.movable = NO;
+  shape(state_->window);
 }
+
+// A panel of this kind takes keys while another application stays in front: nobody lends them, and
+// that application has them again as soon as the panel gives them up.
+void ColumnWindow::borrowKeyboard() { shape(state_->window); }
+
+void ColumnWindow::insistOnKeyboard() {
+  NSWindow* window = state_->window;
+  if (!window.keyWindow) [window makeKeyWindow];
+}
+
+void ColumnWindow::returnKeyboard() {
+  NSWindow* window = state_->window;
+  shape(window);
+  if (window.keyWindow) [window resignKeyWindow];
+}
+
+void ColumnWindow::insistOnReturn() {}
 
 bool ColumnWindow::translucencyWorks() const { return true; }
 

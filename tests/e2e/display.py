@@ -46,6 +46,17 @@ class Display:
             at = pixels.find(wanted, at + 1)
         return None if at < 0 else (at // 3 % self.size[0], at // 3 // self.size[0])
 
+    def give_keys(self, text):
+        """Puts the characters on keys. Otherwise xdotool borrows a key for each, in passing, and a
+        slow program takes it for another one."""
+        keys = "".join(f"key <FK{13 + i}> {{ [ U{ord(letter):04X} ] }};"
+                       for i, letter in enumerate(text))
+        keymap = f"""xkb_keymap {{ xkb_keycodes {{ include "evdev+aliases(qwerty)" }};
+            xkb_types {{ include "complete" }}; xkb_compat {{ include "complete" }};
+            xkb_symbols {{ include "pc+us" {keys} }}; }};"""
+        subprocess.run(["xkbcomp", "-w", "0", "-", self.name], input=keymap, env=self.env, text=True,
+                       check=True)
+
     def click(self, x, y):
         self.output("xdotool", "mousemove", str(x), str(y), "click", "1")
 

@@ -42,6 +42,15 @@ TerminalResult Restorer::open(const RestoreItem& item) {
   return {true, ""};
 }
 
+/// What a full disk had no room to note may be opened again.
+void Restorer::noted(const OpenedRecord& record, const std::string& sid) {
+  if (record.openedAt().contains(sid)) {
+    remembered_.insert({sid, offered_[sid]});
+  } else if (!DiskSpace::isLimited()) {
+    world_.journal.broken("what was opened is noted", sid);
+  }
+}
+
 void Restorer::pause(Seconds seconds, const std::atomic<bool>& cancelled) {
   world_.time.advance(seconds);
   if (interrupted_ || cancelled) throw Interrupted();
@@ -77,7 +86,7 @@ std::string Restorer::run(const std::string& snapshot, bool exact,
                             .remember =
                                 [&](const std::string& sid) {
                                   record.add(sid, countsAsOpenedAt(file, world_.time.wall()));
-                                  remembered_.insert({sid, offered_[sid]});
+                                  noted(record, sid);
                                 },
                             .say = say,
                             .pause = [&](Seconds seconds) { pause(seconds, cancelled); },

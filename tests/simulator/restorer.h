@@ -7,6 +7,7 @@
 #include <set>
 #include <string>
 
+#include "app/restore/restore_files.h"
 #include "app/restore/restore_plan.h"
 #include "app/terminal/terminal.h"
 #include "tests/simulator/world.h"
@@ -29,6 +30,7 @@ class Restorer {
  private:
   std::set<std::string> runningSessions() const;
   TerminalResult open(const RestoreItem& item);
+  void noted(const OpenedRecord& record, const std::string& sid);
   void pause(Seconds seconds, const std::atomic<bool>& cancelled);
 
   World& world_;

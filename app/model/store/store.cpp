@@ -244,6 +244,17 @@ void ZelvaneStore::setEditing(std::optional<std::string> key) {
   notify(Change::editing);
 }
 
+void ZelvaneStore::showNotes(const std::string& id) {
+  const auto note = notes_->entry(id);
+  for (auto& row : sessions_) {
+    if (row.id != id) continue;
+    if (note.title || row.renamed) row.title = note.title.value_or(row.claudeTitle);
+    row.renamed = note.title.has_value();
+    row.memo = note.memo;
+  }
+  notify(Change::sessions);
+}
+
 void ZelvaneStore::endEditing(const std::optional<std::string>& key) {
   if (!editing_ || (key && key != editing_)) return;
   setEditing(std::nullopt);

@@ -82,6 +82,8 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
 
   /// Titles and memos. Whoever changes them asks for a pass.
   NotesStore& notes() { return *notes_; }
+  /// Shows the session's title and memo as they are now, ahead of that pass.
+  void showNotes(const std::string& id);
   const std::vector<ZelvaneSession>& sessions() const { return sessions_; }
   /// What can be reopened.
   RestoreOffers& offers() const { return *offers_; }

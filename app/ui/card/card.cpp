@@ -16,10 +16,16 @@ constexpr double groundOpacity = 0.35, pressedOpacity = 0.8;
 
 }  // namespace
 
-PillButton::PillButton(QWidget* parent, const CardButton& button, const ThemeSpec& theme)
-    : QAbstractButton(parent), filled_(button.filled), theme_(theme) {
+PillButton::PillButton(QWidget* parent, const std::string& title, const ThemeSpec& theme,
+                       Ground ground)
+    : QAbstractButton(parent), ground_(ground), theme_(theme) {
   setFocusPolicy(Qt::TabFocus);
-  setText(QString::fromStdString(button.title));
+  setText(QString::fromStdString(title));
+}
+
+void PillButton::setTheme(const ThemeSpec& theme) {
+  theme_ = theme;
+  update();
 }
 
 QSize PillButton::sizeHint() const {
@@ -31,15 +37,16 @@ void PillButton::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setOpacity(isDown() ? pressedOpacity : 1);
-  if (filled_) {
+  const bool filled = ground_ == Ground::filled;
+  if (filled) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(toColor(theme_.fg));
     painter.drawRoundedRect(rect(), pillRadius, pillRadius);
   }
   painter.setFont(columnFont(pillPixels, Weight::semibold));
-  painter.setPen(toColor(filled_ ? theme_.bg : theme_.sub));
+  painter.setPen(toColor(filled ? theme_.bg : theme_.sub));
   painter.drawText(QPointF(pillHorizontal, pillVertical + baselineOffset(pillPixels)), text());
-  paintFocusRing(painter, *this, filled_ ? theme_.bg : theme_.sub);
+  paintFocusRing(painter, *this, filled ? theme_.bg : theme_.sub);
 }
 
 TickLine::TickLine(QWidget* parent) : QAbstractButton(parent) {
@@ -135,7 +142,9 @@ int Card::placeButtons(int y) {
   int x = around + padding;
   int bottom = y;
   for (const auto& button : content_->buttons) {
-    auto* pill = new PillButton(this, button, theme_);
+    auto* pill =
+        new PillButton(this, button.title, theme_,
+                       button.filled ? PillButton::Ground::filled : PillButton::Ground::none);
     pill->setGeometry(QRect(QPoint(x, y), pill->sizeHint()));
     pill->show();
     connect(pill, &QAbstractButton::clicked, this,

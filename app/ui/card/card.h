@@ -15,14 +15,18 @@ namespace zelvane {
 /// A button on a rounded ground of its own, or on none.
 class PillButton : public QAbstractButton {
  public:
-  PillButton(QWidget* parent, const CardButton& button, const ThemeSpec& theme);
+  enum class Ground { none, filled };
+
+  PillButton(QWidget* parent, const std::string& title, const ThemeSpec& theme,
+             Ground ground = Ground::filled);
+  void setTheme(const ThemeSpec& theme);
   QSize sizeHint() const override;
 
  protected:
   void paintEvent(QPaintEvent*) override;
 
  private:
-  bool filled_;
+  Ground ground_;
   ThemeSpec theme_;
 };
 

@@ -22,18 +22,24 @@ SectionBand bandOf(const ZelvaneSession& first, const std::vector<ZelvaneSession
 }  // namespace
 
 std::vector<ColumnItem> columnPlan(const std::vector<ZelvaneSession>& sessions,
-                                   const std::optional<std::string>& expanded,
-                                   const RowContext& context) {
+                                   const Opened& opened, const RowContext& context) {
   std::vector<ColumnItem> plan;
   const ZelvaneSession* above = nullptr;
   RowContext rowContext = context;
+  auto editor = opened.editing ? editorNamed(*opened.editing) : std::nullopt;
   for (const auto& session : sessions) {
     if (above && above->ongoing() == session.ongoing()) {
       plan.emplace_back(Divider{});
     } else {
       plan.emplace_back(bandOf(session, sessions));
     }
-    rowContext.expanded = expanded == session.id;
+    rowContext.expanded = opened.expanded == session.id;
+    rowContext.copied = opened.copied == session.id;
+    rowContext.editor.reset();
+    if (editor && editor->second == session.id) {
+      rowContext.editor = {editor->first, opened.editorHeight};
+      editor.reset();  // of rows that share an id one is enough
+    }
     plan.emplace_back(PlannedRow{session, rowView(session, rowContext)});
     above = &session;
   }

@@ -29,11 +29,17 @@ struct PlannedRow {
 
 using ColumnItem = std::variant<SectionBand, Divider, PlannedRow>;
 
-/// The rows block of the sessions, which come ordered. `expanded`: the id of the row that the user
-/// opened; `context` without its own `expanded`.
+/// What the user has opened, and where.
+struct Opened {
+  std::optional<std::string> expanded{};  ///< id of the row that was opened
+  std::optional<std::string> editing{};   ///< editing key of the open editor
+  int editorHeight = 0;                   ///< points
+  std::optional<std::string> copied{};    ///< id of the row whose command was copied a moment ago
+};
+
+/// The rows block of the sessions, which come ordered; `context` without what `opened` tells.
 std::vector<ColumnItem> columnPlan(const std::vector<ZelvaneSession>& sessions,
-                                   const std::optional<std::string>& expanded,
-                                   const RowContext& context);
+                                   const Opened& opened, const RowContext& context);
 
 /// What the header says; empty texts are left out.
 struct HeaderTexts {

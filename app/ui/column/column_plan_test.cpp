@@ -20,7 +20,7 @@ std::vector<ZelvaneSession> sessionsIn(const std::vector<State>& states) {
 std::string shortPlan(const std::vector<State>& states,
                       const std::optional<std::string>& expanded = std::nullopt) {
   std::string text;
-  for (const auto& item : columnPlan(sessionsIn(states), expanded, {})) {
+  for (const auto& item : columnPlan(sessionsIn(states), {.expanded = expanded}, {})) {
     if (const auto* band = std::get_if<SectionBand>(&item)) {
       text += "[" + band->title + " " + std::to_string(band->count) + "]";
     } else if (const auto* row = std::get_if<PlannedRow>(&item)) {
@@ -44,6 +44,18 @@ TEST(ColumnPlan, OnlyTheExpandedRowIsBig) {
   EXPECT_EQ(shortPlan({State::working, State::working, State::idle}, "1"),
             "[작업 중 2]s-B[쉬는 중 1]s");
   EXPECT_EQ(shortPlan({State::working}, "gone"), "[작업 중 1]s");
+}
+
+TEST(ColumnPlan, OneRowHasTheEditorAlsoOfThoseThatShareAnId) {
+  auto sessions = sessionsIn({State::working, State::working, State::idle});
+  sessions[0].id = "1";
+  std::string editors;
+  for (const auto& item : columnPlan(sessions, {.editing = "memo:1", .editorHeight = 54}, {})) {
+    const auto* row = std::get_if<PlannedRow>(&item);
+    if (!row) continue;
+    editors += row->view.editor == EditorRoom{EditorField::memo, 54} ? "m" : "-";
+  }
+  EXPECT_EQ(editors, "m--");
 }
 
 TEST(HeaderTexts, CountsAreLeftOutAtZero) {

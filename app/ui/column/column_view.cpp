@@ -1,6 +1,8 @@
 #include "app/ui/column/column_view.h"
 
 #include <QtCore/QPointer>
+#include <QtGui/QClipboard>
+#include <QtGui/QGuiApplication>
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
 #include <QtGui/QRegion>
@@ -19,6 +21,7 @@ namespace zelvane {
 namespace {
 
 constexpr int problemPixels = 11, problemPadding = 14;
+constexpr std::chrono::seconds copiedShown(4);
 constexpr auto learnedKey = "terminalButtonLearned";
 
 }  // namespace
@@ -40,7 +43,11 @@ ColumnView::ColumnView(std::shared_ptr<ZelvaneStore> store,
           nullptr, *options_.stage,
           {.tapped = [this](const auto& session) { tapped(session); },
            .menuWanted = [this](const auto& session, QPoint p) { showRowMenu(session, p); },
-           .openWanted = [this](const auto& session) { openTerminal(session); }})),
+           .openWanted = [this](const auto& session) { openTerminal(session); },
+           .titleTapped = [this](const auto& session) { titleTapped(session); },
+           .memoWanted = [this](const auto& session) { startEditing(session, EditorField::memo); },
+           .effortWanted = [this](const auto& session) { prepareEffort(session); }})),
+      editor_(store_, rows_, [this] { refresh(); }),
       ticker_([this] { rows_->showTimes(options_.clock()); }) {
   makeColumnAccessible();
   rows_->setAccessibleName(QString::fromStdString(L("탭")));
@@ -52,6 +59,12 @@ ColumnView::ColumnView(std::shared_ptr<ZelvaneStore> store,
   // Both fill themselves by default, and would hide the rounded ground.
   scroll_.viewport()->setAutoFillBackground(false);
   rows_->setAutoFillBackground(false);
+  copiedEnds_.setSingleShot(true);
+  copiedEnds_.setInterval(copiedShown);
+  connect(&copiedEnds_, &QTimer::timeout, this, [this] {
+    opened_.copied.reset();
+    refresh();
+  });
   store_->observe([view = QPointer<ColumnView>(this)](ZelvaneStore::Change change) {
     if (view) view->storeChanged(change);
   });
@@ -78,6 +91,7 @@ void ColumnView::storeChanged(ZelvaneStore::Change change) {
   using Change = ZelvaneStore::Change;
   switch (change) {
     case Change::sessions:
+    case Change::editing:
     case Change::notesProblem:
     case Change::pendingRestore:
     case Change::recentClosed:
@@ -100,10 +114,25 @@ void ColumnView::storeChanged(ZelvaneStore::Change change) {
 
 void ColumnView::refresh() {
   const auto colors = theme();
-  const auto& sessions = store_->sessions();
-  header_.setTexts(headerTexts(sessions), colors);
+  editor_.follow(colors);
+  header_.setTexts(headerTexts(store_->sessions()), colors);
   showCards();
-  rows_->setPlan(columnPlan(sessions, expanded_,
+  planRows();
+  setAccessibleDescription(QString::fromStdString(store_->notesProblem().value_or("")));
+  ticker_.setRunning(options_.liveClock && store_->clockNeeded());
+  place();
+  placeEditor();
+  // A pass that brings nothing new paints nothing.
+  const Ground ground{colors, problemLines(), header_.y()};
+  if (std::exchange(ground_, ground) != ground) update();
+  reportHeight();
+}
+
+void ColumnView::planRows() {
+  const auto colors = theme();
+  opened_.editing = store_->editing();
+  opened_.editorHeight = editor_.wantedHeight();
+  rows_->setPlan(columnPlan(store_->sessions(), opened_,
                             {.theme = colors,
                              .now = options_.clock(),
                              .liveClock = options_.liveClock,
@@ -111,13 +140,13 @@ void ColumnView::refresh() {
                              .terminalButtonLearned = terminalButtonLearned_,
                              .family = &Family::all()}),
                  colors, width());
-  setAccessibleDescription(QString::fromStdString(store_->notesProblem().value_or("")));
-  ticker_.setRunning(options_.liveClock && store_->clockNeeded());
-  place();
-  // A pass that brings nothing new paints nothing.
-  const Ground ground{colors, problemLines(), header_.y()};
-  if (std::exchange(ground_, ground) != ground) update();
-  reportHeight();
+}
+
+void ColumnView::placeEditor() {
+  const auto place = rows_->editorPlace();
+  if (!editor_.place(place)) return;
+  constexpr int around = 8;
+  scroll_.ensureVisible(place->center().x(), place->center().y(), 0, place->height() / 2 + around);
 }
 
 /// The content keeps to the edge that the column is anchored to while the panel changes its height.
@@ -230,11 +259,35 @@ void ColumnView::paintEvent(QPaintEvent*) {
 
 /// At most one row is open: opening another closes the first.
 void ColumnView::tapped(const ZelvaneSession& session) {
-  if (expanded_ == session.id) {
-    expanded_.reset();
+  editor_.finish();
+  if (opened_.expanded == session.id) {
+    opened_.expanded.reset();
   } else {
-    expanded_ = session.id;
+    opened_.expanded = session.id;
   }
+  expandedAt_ = options_.clock();
+  refresh();
+}
+
+void ColumnView::titleTapped(const ZelvaneSession& session) {
+  const bool onlyOpened = !session.pinned && session.state != ZelvaneState::waiting;
+  if (titleTapEdits(onlyOpened ? expandedAt_ : std::nullopt, options_.clock())) {
+    startEditing(session, EditorField::title);
+  }
+}
+
+void ColumnView::startEditing(const ZelvaneSession& session, EditorField field) {
+  const bool big = session.pinned || session.state == ZelvaneState::waiting;
+  if (!big) opened_.expanded = session.id;
+  store_->setEditing(editingKey(field, session.id));
+}
+
+void ColumnView::prepareEffort(const ZelvaneSession& session) {
+  store_->prepareEffort(session, session.suggestedEffort, [](const std::string& text) {
+    QGuiApplication::clipboard()->setText(QString::fromStdString(text));
+  });
+  opened_.copied = session.id;
+  copiedEnds_.start();
   refresh();
 }
 
@@ -250,20 +303,27 @@ void ColumnView::showRowMenu(const ZelvaneSession& session, QPoint point) {
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   styleMenu(*menu, theme());
-  const auto add = [&](const std::string& title, std::function<void()> action) {
-    QObject::connect(menu->addAction(QString::fromStdString(title)), &QAction::triggered, this,
-                     std::move(action));
-  };
-  add(L("이 탭으로 이동"), [store = store_, session] { store->open(session); });
-  add(session.pinned ? L("집중 고정 풀기") : L("집중 고정"),
-      [store = store_, session] { store->togglePin(session); });
-  if (session.state == ZelvaneState::done) {
-    add(L("확인한 것으로 표시"), [store = store_, id = session.id] {
-      store->ack(id);
-      store->refreshNow();
-    });
+  for (const auto& [title, command] : rowMenu(session)) {
+    connect(menu->addAction(QString::fromStdString(title)), &QAction::triggered, this,
+            [this, session, wish = command] { perform(wish, session); });
   }
   menu->popup(point);
+}
+
+void ColumnView::perform(RowCommand command, const ZelvaneSession& session) {
+  switch (command) {
+    case RowCommand::open:
+      return store_->open(session);
+    case RowCommand::togglePin:
+      return store_->togglePin(session);
+    case RowCommand::rename:
+      return startEditing(session, EditorField::title);
+    case RowCommand::editMemo:
+      return startEditing(session, EditorField::memo);
+    case RowCommand::acknowledge:
+      store_->ack(session.id);
+      return store_->refreshNow();
+  }
 }
 
 }  // namespace zelvane

@@ -13,8 +13,10 @@
 #include "app/model/store/store.h"
 #include "app/ui/card/card.h"
 #include "app/ui/column/header.h"
+#include "app/ui/column/row_menu.h"
 #include "app/ui/column/rows_block.h"
 #include "app/ui/column/second_ticker.h"
+#include "app/ui/editors/open_editor.h"
 #include "app/ui/panel/panel_size.h"
 
 namespace zelvane {
@@ -65,8 +67,14 @@ class ColumnView : public QWidget {
 
   void storeChanged(ZelvaneStore::Change change);
   void tapped(const ZelvaneSession& session);
+  void titleTapped(const ZelvaneSession& session);
   void openTerminal(const ZelvaneSession& session);
   void showRowMenu(const ZelvaneSession& session, QPoint point);
+  void perform(RowCommand command, const ZelvaneSession& session);
+  void startEditing(const ZelvaneSession& session, EditorField field);
+  void prepareEffort(const ZelvaneSession& session);
+  void planRows();
+  void placeEditor();
   void place();
   void reportHeight();
   int problemHeight() const;
@@ -80,7 +88,9 @@ class ColumnView : public QWidget {
   const PanelSize& panelSize_;
   Options options_;
   Callbacks callbacks_;
-  std::optional<std::string> expanded_;  ///< id of the row that the user opened
+  Opened opened_;
+  std::optional<Time> expandedAt_;  ///< when a row was last opened or closed
+  QTimer copiedEnds_;
   bool terminalButtonLearned_;
   int contentHeight_ = 0;
   std::optional<Ground> ground_;
@@ -90,6 +100,7 @@ class ColumnView : public QWidget {
   Card restoreCard_;
   QScrollArea scroll_;
   RowsBlock* rows_;  ///< owned by the scroll area
+  OpenEditor editor_;
   SecondTicker ticker_;
 };
 

@@ -81,14 +81,14 @@ TEST(Reach, ARowCanBePressedAndOpenedAndHasAMenu) {
 TEST(Reach, TheTabKeyGoesRoundInTheOrderOfReading) {
   FocusedColumn column(showcaseRows(1, now));
   std::vector<std::string> order;
-  for (int i = 0; i < 8; ++i) {
+  for (int i = 0; i < 9; ++i) {
     order.push_back(column.focused().substr(0, column.focused().find(',')));
     column.press(Qt::Key_Tab);
   }
   column.press(Qt::Key_Backtab, Qt::ShiftModifier);
-  EXPECT_THAT(order,
-              ElementsAre("메뉴", "결제 웹훅 재시도", "터미널로 이동", "사진 업로드 속도 개선",
-                          "다크 모드 색 점검", "로그인 화면 문구 정리", "README 다듬기", "메뉴"));
+  EXPECT_THAT(order, ElementsAre("메뉴", "결제 웹훅 재시도", "+ 메모", "터미널로 이동",
+                                 "사진 업로드 속도 개선", "다크 모드 색 점검",
+                                 "로그인 화면 문구 정리", "README 다듬기", "메뉴"));
   column.press(Qt::Key_Backtab, Qt::ShiftModifier);
   EXPECT_THAT(column.focused(), HasSubstr("README"));
 }
@@ -114,6 +114,15 @@ TEST(Reach, ArrowsGoFromRowToRowAndKeysPressThem) {
   auto* menu = column.view->findChild<QMenu*>();
   ASSERT_TRUE(menu);
   EXPECT_TRUE(menu->isVisible());
+}
+
+TEST(Reach, AnOpenEditorKeepsTheArrows) {
+  FocusedColumn column(showcaseRows(1, now));
+  for (const char* key : {"title:show-0", "memo:show-0"}) {
+    column.store->setEditing(key);
+    for (const auto arrow : {Qt::Key_Up, Qt::Key_Down}) column.press(arrow);
+    EXPECT_EQ(column.store->editing(), key);
+  }
 }
 
 TEST(Reach, TheFocusedRowScrollsIntoSightAndIsMarked) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "app/ui/column/text_button.h"
 #include "app/ui/column/text_style.h"
 
 namespace zelvane {
@@ -134,81 +135,186 @@ constexpr int buttonGap = 8, buttonHeight = 14;
 constexpr int barWidth = 40, barHeight = 3, barGap = 5;
 }  // namespace big
 
-/// Where a line that begins at the y ends: at the tile, while that reaches down to it.
-int rightEdge(const RowLayout& layout, int right, int y) {
-  const bool beside = !layout.tile.isEmpty() && y <= layout.tile.bottom();
-  return beside ? layout.tile.left() - big::spacing : right;
-}
+/// Lays a big row out, line by line.
+class BigRow {
+ public:
+  BigRow(const RowView& view, int width)
+      : view_(view),
+        left_(big::horizontal + big::character.width() + big::spacing),
+        right_(width - big::horizontal) {}
 
-/// One text on a line of its own; the y below it.
-int addLine(RowLayout& layout, const RowText& text, int pixels, int left, int right, int top) {
-  if (text.text.empty()) return top;
-  lineAt(layout, left, rightEdge(layout, right, top), top, pixels).add(text, pixels);
-  return top + lineHeight(pixels) + big::lineGap;
-}
-
-int addMemo(RowLayout& layout, const RowView& view, int left, int rowRight, int top) {
-  if (view.memo.text.empty()) return top;
-  using namespace big;
-  const int right = rightEdge(layout, rowRight, top);
-  const auto font = columnFont(textPixels, view.memo.weight);
-  const auto color = toColor(view.memo.color, view.memo.opacity);
-  const int width = right - left - 2 * memoHorizontal;
-  const int first = top + lineGap;
-  int y = first + memoVertical;
-  for (const auto& line : wrapped(view.memo.text, font, width)) {
-    layout.texts.push_back({line, font, color,
-                            QRect(left + memoHorizontal, y, width, lineHeight(textPixels)),
-                            y + baselineOffset(textPixels)});
-    y += lineHeight(textPixels);
+  RowLayout laidOut() {
+    using namespace big;
+    layout_.character = QRect(QPoint(horizontal, vertical), character);
+    layout_.terminalButton = QRect(horizontal, vertical + character.height() + buttonGap,
+                                   character.width(), buttonHeight);
+    addTile();
+    addTitle();
+    addLine(view_.subtitle, textPixels);
+    addMemo();
+    addMemoButton();
+    addEffort();
+    addStatus();
+    layout_.height = std::max(y_, layout_.terminalButton.bottom() + 1) + vertical;
+    return std::move(layout_);
   }
-  layout.memoGround = QRect(left, first, right - left, y + memoVertical - first);
-  return layout.memoGround.bottom() + 1 + lineGap;
+
+ private:
+  /// Where the line that begins now ends: at the tile, while that reaches down to it.
+  int lineEnd() const {
+    const bool beside = !layout_.tile.isEmpty() && y_ <= layout_.tile.bottom();
+    return beside ? layout_.tile.left() - big::spacing : right_;
+  }
+  bool edits(EditorField field) const { return view_.editor && view_.editor->field == field; }
+  int tagWidth() const {
+    return view_.tag.text.empty() ? 0 : naturalWidth(view_.tag, big::tagPixels) + big::tagGap;
+  }
+
+  void addTile();
+  void addTitle();
+  void addLine(const RowText& text, int pixels);
+  void addOneOrTwoLines(const RowText& text, int pixels);
+  void addEditor(int left);
+  void addMemo();
+  void addMemoButton();
+  void addEffort();
+  void addSuggestion(int left);
+  void addStatus();
+
+  const RowView& view_;
+  RowLayout layout_;
+  const int left_, right_;
+  int y_ = big::vertical;
+};
+
+void BigRow::addTile() {
+  using namespace big;
+  const int room = right_ - tile - spacing - left_;
+  // A title that is being typed may become any length.
+  int wanted =
+      edits(EditorField::title) ? right_ : tagWidth() + naturalWidth(view_.title, titlePixels);
+  // What the session waits for is what the row is there for.
+  if (view_.character.state == ZelvaneState::waiting) {
+    wanted = std::max(wanted, naturalWidth(view_.subtitle, textPixels));
+  }
+  if (!tileMakesWay(wanted, room)) {
+    layout_.tile = QRect(right_ - tile, vertical, tile, tile);
+  }
 }
 
-/// The state, the to-do bar, the time; the y below them.
-int addStatus(RowLayout& layout, const RowView& view, int left, int rowRight, int top) {
+void BigRow::addTitle() {
   using namespace big;
-  const int right = rightEdge(layout, rowRight, top);
-  auto line = lineAt(layout, left, right, top, statusPixels);
-  line.add(view.status, statusPixels);
+  auto line = lineAt(layout_, left_, lineEnd(), y_, titlePixels);
+  line.add(view_.tag, tagPixels);
+  if (!view_.tag.text.empty()) line.skip(tagGap);
+  if (edits(EditorField::title)) return addEditor(line.x());
+  const int begin = line.x();
+  line.add(view_.title, titlePixels);
+  layout_.title = QRect(begin, y_, line.x() - begin, lineHeight(titlePixels));
+  y_ += lineHeight(titlePixels) + lineGap;
+}
+
+void BigRow::addEditor(int left) {
+  layout_.editor = QRect(left, y_, lineEnd() - left, view_.editor->height);
+  y_ += view_.editor->height + big::lineGap;
+}
+
+/// One text on a line of its own.
+void BigRow::addLine(const RowText& text, int pixels) {
+  if (text.text.empty()) return;
+  lineAt(layout_, left_, lineEnd(), y_, pixels).add(text, pixels);
+  y_ += lineHeight(pixels) + big::lineGap;
+}
+
+void BigRow::addMemo() {
+  using namespace big;
+  if (edits(EditorField::memo)) {
+    y_ += lineGap;  // as above a memo that is shown
+    return addEditor(left_);
+  }
+  if (view_.memo.text.empty()) return;
+  const auto font = columnFont(textPixels, view_.memo.weight);
+  const auto color = toColor(view_.memo.color, view_.memo.opacity);
+  const int right = lineEnd();
+  const int width = right - left_ - 2 * memoHorizontal;
+  const int top = y_ + lineGap;
+  y_ = top + memoVertical;
+  for (const auto& line : wrapped(view_.memo.text, font, width)) {
+    layout_.texts.push_back({line, font, color,
+                             QRect(left_ + memoHorizontal, y_, width, lineHeight(textPixels)),
+                             y_ + baselineOffset(textPixels)});
+    y_ += lineHeight(textPixels);
+  }
+  y_ += memoVertical;
+  layout_.memoGround = QRect(left_, top, right - left_, y_ - top);
+  y_ += lineGap;
+}
+
+void BigRow::addMemoButton() {
+  if (!view_.memoButton) return;
+  const int width = std::min(textButtonWidth(view_.memoButton->title), lineEnd() - left_);
+  layout_.memoButton = QRect(left_, y_, width, textButtonHeight());
+  y_ += textButtonHeight() + big::lineGap;
+}
+
+/// A text that just does not fit on one line gets two.
+void BigRow::addOneOrTwoLines(const RowText& text, int pixels) {
+  const auto lines = wrapped(text.text, columnFont(pixels, text.weight), lineEnd() - left_);
+  if (lines.size() != 2) return addLine(text, pixels);
+  for (const auto& line : lines) {
+    RowText part = text;
+    part.text = line.toStdString();
+    addLine(part, pixels);
+  }
+}
+
+/// A suggestion that does not fit beside the model gets a line of its own.
+void BigRow::addEffort() {
+  using namespace big;
+  if (!view_.effortButton) return addOneOrTwoLines(view_.model, statusPixels);
+  const int wanted = naturalWidth(view_.model, statusPixels) + gap +
+                     naturalWidth(view_.suggestion, statusPixels) + gap +
+                     textButtonWidth(view_.effortButton->title);
+  if (view_.model.text.empty() || left_ + wanted > lineEnd()) {
+    addLine(view_.model, statusPixels);
+    return addSuggestion(left_);
+  }
+  auto line = lineAt(layout_, left_, lineEnd(), y_, statusPixels);
+  line.add(view_.model, statusPixels);
+  addSuggestion(line.x() + gap);
+}
+
+void BigRow::addSuggestion(int left) {
+  using namespace big;
+  const int end = lineEnd();
+  const int width = std::min(textButtonWidth(view_.effortButton->title), end - left);
+  auto line = lineAt(layout_, left, end, y_, statusPixels);
+  line.add(view_.suggestion, statusPixels, gap + width);
+  const int begin = line.x() == left ? left : line.x() + gap;
+  layout_.effortButton = QRect(begin, y_, width, textButtonHeight());
+  y_ += textButtonHeight() + lineGap;
+}
+
+/// The state, the to-do bar, the time.
+void BigRow::addStatus() {
+  using namespace big;
+  y_ += statusGap - lineGap;
+  const int right = lineEnd();
+  auto line = lineAt(layout_, left_, right, y_, statusPixels);
+  line.add(view_.status, statusPixels);
   line.skip(gap);
-  if (view.progress && line.x() + barWidth < right) {
-    const int middle = top + lineHeight(statusPixels) / 2;
-    layout.progressTrack = QRect(line.x(), middle - barHeight / 2, barWidth, barHeight);
+  if (view_.progress && line.x() + barWidth < right) {
+    const int middle = y_ + lineHeight(statusPixels) / 2;
+    layout_.progressTrack = QRect(line.x(), middle - barHeight / 2, barWidth, barHeight);
     line.skip(barWidth + barGap);
-    line.add({progressText(*view.progress), view.time.color}, statusPixels);
+    line.add({progressText(*view_.progress), view_.time.color}, statusPixels);
     line.skip(gap);
   }
-  line.add(view.time, statusPixels);
-  return top + lineHeight(statusPixels);
+  line.add(view_.time, statusPixels);
+  y_ += lineHeight(statusPixels);
 }
 
-RowLayout bigLayout(const RowView& view, int width) {
-  using namespace big;
-  RowLayout layout;
-  layout.character = QRect(QPoint(horizontal, vertical), character);
-  layout.terminalButton =
-      QRect(horizontal, vertical + character.height() + buttonGap, character.width(), buttonHeight);
-  const int left = horizontal + character.width() + spacing;
-  const int right = width - horizontal;
-  const int tagWidth = view.tag.text.empty() ? 0 : naturalWidth(view.tag, tagPixels) + tagGap;
-  if (!tileMakesWay(tagWidth + naturalWidth(view.title, titlePixels),
-                    right - tile - spacing - left)) {
-    layout.tile = QRect(right - tile, vertical, tile, tile);
-  }
-  auto title = lineAt(layout, left, rightEdge(layout, right, vertical), vertical, titlePixels);
-  title.add(view.tag, tagPixels);
-  if (!view.tag.text.empty()) title.skip(tagGap);
-  title.add(view.title, titlePixels);
-  int y = vertical + lineHeight(titlePixels) + lineGap;
-  y = addLine(layout, view.subtitle, textPixels, left, right, y);
-  y = addMemo(layout, view, left, right, y);
-  y = addLine(layout, view.model, statusPixels, left, right, y);
-  y = addStatus(layout, view, left, right, y - lineGap + statusGap);
-  layout.height = std::max(y, layout.terminalButton.bottom() + 1) + vertical;
-  return layout;
-}
+RowLayout bigLayout(const RowView& view, int width) { return BigRow(view, width).laidOut(); }
 
 }  // namespace
 

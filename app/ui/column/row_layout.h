@@ -28,7 +28,11 @@ struct RowLayout {
   QRect terminalButton;
   PlacedText time;
   QRect noteSymbol;  ///< empty without a memo, and in a big row
+  QRect title;       ///< of a big row; a tap on it edits the title
   QRect memoGround;  ///< of a big row's memo
+  QRect editor;      ///< the place of the open one; empty without
+  QRect memoButton;
+  QRect effortButton;
   QRect progressTrack;
 };
 

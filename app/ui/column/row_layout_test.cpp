@@ -14,6 +14,7 @@ ZelvaneSession fullSession(const std::string& text) {
   session.title = session.subtitle = text;
   session.memo = text;
   session.model = text;
+  session.suggestedEffort = text;
   session.state = ZelvaneState::agents;
   session.since = timeAt(0);
   session.progress = {123, 456};
@@ -38,12 +39,21 @@ TEST(RowLayout, NothingOverlapsWhateverTheTexts) {
       "reversed",
       repeated("\n", 30),
   };
+  struct Form {
+    bool pinned;
+    std::optional<EditorRoom> editor;
+  };
+  const Form forms[]{{false, {}},
+                     {true, {}},
+                     {true, EditorRoom{EditorField::title, 22}},
+                     {false, EditorRoom{EditorField::memo, 134}}};
   for (const auto& text : texts) {
     for (const int width : {280, 480}) {
-      for (const bool pinned : {false, true}) {
+      for (const auto& [pinned, editor] : forms) {
         auto session = fullSession(text);
         session.pinned = pinned;
-        const auto layout = rowLayout(rowView(session, {.now = timeAt(9e9)}), width);
+        const auto layout =
+            rowLayout(rowView(session, {.now = timeAt(9e9), .editor = editor}), width);
         const QRect row(0, 0, width, layout.height);
         std::vector<QRect> boxes{layout.character};
         for (const auto& placed : layout.texts) {
@@ -52,7 +62,8 @@ TEST(RowLayout, NothingOverlapsWhateverTheTexts) {
                     placed.box.width() + 1);
         }
         for (const QRect& box :
-             {layout.time.box, layout.noteSymbol, layout.progressTrack, layout.tile}) {
+             {layout.time.box, layout.noteSymbol, layout.progressTrack, layout.tile, layout.editor,
+              layout.memoButton, layout.effortButton}) {
           if (!box.isEmpty()) boxes.push_back(box);
         }
         for (std::size_t i = 0; i < boxes.size(); ++i) {
@@ -96,6 +107,35 @@ TEST(RowLayout, ATileMakesWayForATitleThatWouldBeCut) {
     EXPECT_EQ(layout.tile.width(), pinned ? 40 : 20);
     EXPECT_EQ(layout.tile.right() + 1, pinned ? width - 14 : width - 14 - 52 - 8);
   }
+}
+
+TEST(RowLayout, ATileMakesWayForAQuestionThatWouldBeCut) {
+  for (const auto state : {ZelvaneState::waiting, ZelvaneState::working}) {
+    ZelvaneSession session;
+    session.title = "짧게";
+    session.subtitle = repeated("글", 12);
+    session.state = state;
+    session.pinned = true;
+    const auto layout = rowLayout(rowView(session, {.now = timeAt(60)}), 280);
+    EXPECT_EQ(layout.tile.isEmpty(), state == ZelvaneState::waiting);
+  }
+}
+
+TEST(RowLayout, ASuggestedEffortStandsBesideTheModelWhereItFits) {
+  auto session = fullSession("짧게");
+  session.pinned = true;
+  session.model = "Opus 4.1";
+  session.effort = "low";
+  session.suggestedEffort = "high";
+  const auto modelOf = [](const RowLayout& layout) {
+    const auto& texts = layout.texts;
+    return *std::find_if(texts.begin(), texts.end(),
+                         [](const auto& placed) { return placed.text == "Opus 4.1 / Low"; });
+  };
+  const auto narrow = rowLayout(rowView(session, {.now = timeAt(60)}), 280);
+  EXPECT_GT(narrow.effortButton.top(), modelOf(narrow).box.bottom());
+  const auto wide = rowLayout(rowView(session, {.now = timeAt(60)}), 480);
+  EXPECT_EQ(wide.effortButton.top(), modelOf(wide).box.top());
 }
 
 TEST(RowLayout, TheCompactButtonLiesOutsideOfTheCharacter) {

@@ -90,6 +90,35 @@ RowText modelAndEffort(const ZelvaneSession& session, const ThemeSpec& theme) {
   return {printable(text), theme.fg, Weight::medium, modelOpacity};
 }
 
+bool sameLetters(const std::string& one, const std::string& other) {
+  return lowerCased(one) == lowerCased(other);
+}
+
+/// The model, its effort, and the way to another effort where one was suggested.
+void addEffort(RowView& view, const ZelvaneSession& session, const RowContext& context) {
+  const auto& theme = context.theme;
+  if (context.copied) {
+    view.model = {L("복사했어요 · 터미널에서 ⌘V, Return"), theme.fg};
+    return;
+  }
+  view.model = modelAndEffort(session, theme);
+  const auto& level = session.suggestedEffort;
+  if (level.empty() || sameLetters(level, session.effort)) return;
+  const auto name = printable(effortName(level));
+  view.suggestion = {LF("추천 %@", {name}), theme.sub};
+  view.effortButton = {
+      LF("%@로 바꾸기", {name}), theme.fg,
+      LF("그 터미널로 이동하고 '/effort %@' 를 복사해 둬요. ⌘V, Return 을 누르면 바뀌어요.",
+         {printable(level)})};
+}
+
+/// The memo's own line, unless an editor of the row is open.
+void addMemoButton(RowView& view, const ZelvaneSession& session, const RowContext& context) {
+  if (context.editor) return;
+  const bool hasMemo = session.memo && !session.memo->empty();
+  view.memoButton = {hasMemo ? L("메모 고치기") : L("+ 메모"), context.theme.sub};
+}
+
 void fillBig(RowView& view, const ZelvaneSession& session, const RowContext& context) {
   const auto& theme = context.theme;
   const bool waits = session.state == ZelvaneState::waiting;
@@ -98,7 +127,8 @@ void fillBig(RowView& view, const ZelvaneSession& session, const RowContext& con
   view.title.weight = Weight::bold;
   view.subtitle.color = waits ? theme.wait : theme.sub;
   view.subtitle.weight = waits ? Weight::semibold : Weight::regular;
-  view.model = modelAndEffort(session, theme);
+  addMemoButton(view, session, context);
+  addEffort(view, session, context);
   const Rgb statusColor = waits                                 ? theme.wait
                           : session.state == ZelvaneState::done ? theme.done
                                                                 : theme.sub;
@@ -133,11 +163,14 @@ std::string spokenDetails(const ZelvaneSession& session, Time now) {
 
 RowView rowView(const ZelvaneSession& session, const RowContext& context) {
   RowView view;
-  const bool big = session.pinned || session.state == ZelvaneState::waiting || context.expanded;
+  // A row whose state changes must not shrink around what is being typed.
+  const bool big = session.pinned || session.state == ZelvaneState::waiting || context.expanded ||
+                   context.editor;
   view.size = big ? RowSize::big : RowSize::small;
   view.title = {printable(session.title), context.theme.fg};
   view.subtitle = {printable(session.subtitle), context.theme.sub};
   view.memo = {session.memo.value_or(""), context.theme.fg};
+  view.editor = context.editor;
   view.line = context.theme.line;
   view.accessibleName = spokenName(session);
   view.accessibleDescription = spokenDetails(session, context.now);

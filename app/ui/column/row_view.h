@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "app/model/records/session.h"
+#include "app/ui/editors/editing_rules.h"
 #include "app/ui/friends/friend_motion.h"
 #include "app/ui/rain/rain_model.h"
 #include "app/ui/theme.h"
@@ -32,6 +33,21 @@ struct TerminalButtonLook {
   bool operator==(const TerminalButtonLook&) const = default;
 };
 
+/// A text that can be pressed.
+struct TextButtonLook {
+  std::string title;
+  Rgb color;
+  std::string tip{};  ///< shown when the pointer rests on it
+  bool operator==(const TextButtonLook&) const = default;
+};
+
+/// The room for an open editor, which takes the place of what it edits.
+struct EditorRoom {
+  EditorField field = EditorField::title;
+  int height = 0;  ///< points
+  bool operator==(const EditorRoom&) const = default;
+};
+
 struct RowView {
   RowSize size = RowSize::small;
   bool tappable = true;  ///< a tap opens or closes the row
@@ -46,7 +62,11 @@ struct RowView {
   RowText label;  ///< in front of the subtitle
   RowText subtitle;
   RowText memo;  ///< a small row shows a symbol for it
+  std::optional<EditorRoom> editor;
+  std::optional<TextButtonLook> memoButton;  ///< opens the memo's editor
   RowText model;
+  RowText suggestion;                          ///< of another effort
+  std::optional<TextButtonLook> effortButton;  ///< prepares its command
   RowText status;
   std::optional<ZelvaneSession::Progress> progress;
   RowText time;                       ///< since when; at the trailing end of a small row
@@ -66,6 +86,8 @@ struct RowContext {
   bool liveClock = true;                        ///< working times run by the second
   bool still = false;                           ///< nothing else moves
   bool terminalButtonLearned = false;           ///< the user knows what the button does
+  std::optional<EditorRoom> editor{};           ///< that is open in the row
+  bool copied = false;                          ///< the command was copied a moment ago
   const std::vector<Friend>* family = nullptr;  ///< the characters; none without them
 };
 

@@ -123,6 +123,49 @@ TEST(RowView, TextsStayOnOneLine) {
   EXPECT_EQ(viewOf(row, true).label.text, "");
 }
 
+TEST(RowView, AnotherEffortIsOfferedUntilItsCommandIsCopied) {
+  struct Case {
+    const char *effort, *suggested;
+    bool copied;
+    const char *model, *suggestion, *button;
+  };
+  const Case cases[]{
+      {"low", "high", false, "Opus 4.1 / Low", "추천 High", "High로 바꾸기"},
+      {"", "xhigh", false, "Opus 4.1", "추천 XHigh", "XHigh로 바꾸기"},
+      {"High", "high", false, "Opus 4.1 / High", "", ""},
+      {"low", "", false, "Opus 4.1 / Low", "", ""},
+      {"low", "high", true, "복사했어요 · 터미널에서 ⌘V, Return", "", ""},
+  };
+  for (const auto& [effort, suggested, copied, model, suggestion, button] : cases) {
+    auto row = session(State::waiting);
+    row.model = "Opus 4.1";
+    row.effort = effort;
+    row.suggestedEffort = suggested;
+    const auto view = rowView(row, {.theme = theme, .now = now, .copied = copied});
+    EXPECT_EQ(view.model.text, model);
+    EXPECT_EQ(view.suggestion.text, suggestion);
+    EXPECT_EQ(view.effortButton.value_or(TextButtonLook{}).title, button);
+    if (!view.effortButton) continue;
+    EXPECT_EQ(view.effortButton->tip, "그 터미널로 이동하고 '/effort " + std::string(suggested) +
+                                          "' 를 복사해 둬요. ⌘V, Return 을 누르면 바뀌어요.");
+  }
+}
+
+TEST(RowView, TheMemosButtonMakesWayForAnEditor) {
+  auto row = session(State::working);
+  const auto button = [&](std::optional<EditorRoom> editor) {
+    const auto view = rowView(
+        row, {.theme = theme, .now = now, .expanded = !editor.has_value(), .editor = editor});
+    EXPECT_EQ(view.size, RowSize::big) << "also for an editor alone";
+    return view.memoButton.value_or(TextButtonLook{}).title;
+  };
+  EXPECT_EQ(button({}), "+ 메모");
+  EXPECT_EQ(button(EditorRoom{EditorField::title, 22}), "");
+  row.memo = "적은 것";
+  EXPECT_EQ(button({}), "메모 고치기");
+  EXPECT_FALSE(viewOf(row).memoButton) << "a small row has none";
+}
+
 TEST(ProgressShare, StaysBetweenNothingAndAll) {
   EXPECT_EQ(progressShare({0, 0}), 0);
   EXPECT_EQ(progressText({0, 0}), "0/0");

@@ -57,8 +57,23 @@ void RowWidget::setView(const RowView& view, int width) {
   arranged_ = false;
   terminalButton_.setLook(view_.terminal, view_.size, view_.opacity);
   terminalButton_.setGeometry(layout_.terminalButton);
+  placeButton(memoButton_, view_.memoButton, layout_.memoButton, callbacks_.memoWanted);
+  placeButton(effortButton_, view_.effortButton, layout_.effortButton, callbacks_.effortWanted);
   tellRowChanged(*this);
   update();
+}
+
+/// Most rows are small and have none.
+void RowWidget::placeButton(std::unique_ptr<TextButton>& button,
+                            const std::optional<TextButtonLook>& look, const QRect& place,
+                            const std::function<void()>& action) {
+  if (look && !button) button = std::make_unique<TextButton>(this, action);
+  if (!button) return;
+  if (look) {
+    button->setLook(*look);
+    button->setGeometry(place);
+  }
+  button->setVisible(look.has_value());
 }
 
 /// When the row is seen, not before: most of three hundred rows never are.
@@ -140,7 +155,10 @@ void RowWidget::mousePressEvent(QMouseEvent* event) {
 void RowWidget::mouseReleaseEvent(QMouseEvent* event) {
   const bool released = pressed_ && event->button() == Qt::LeftButton;
   pressed_ = false;
-  if (released && rect().contains(event->position().toPoint())) tap();
+  const QPoint point = event->position().toPoint();
+  if (!released || !rect().contains(point)) return;
+  if (layout_.title.contains(point)) return callbacks_.titleTapped();
+  tap();
 }
 
 void RowWidget::tap() {

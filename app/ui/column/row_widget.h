@@ -3,10 +3,12 @@
 
 #include <QtWidgets/QWidget>
 #include <functional>
+#include <memory>
 
 #include "app/ui/column/row_layout.h"
 #include "app/ui/column/row_view.h"
 #include "app/ui/column/terminal_button.h"
+#include "app/ui/column/text_button.h"
 #include "app/ui/friends/friend_view.h"
 #include "app/ui/motion/stage.h"
 #include "app/ui/rain/code_rain.h"
@@ -19,6 +21,9 @@ class RowWidget : public QWidget {
     std::function<void()> tapped;
     std::function<void(QPoint)> menuWanted;  ///< at a point on the screen
     std::function<void()> openWanted;        ///< the session's terminal
+    std::function<void()> titleTapped;       ///< of a big row
+    std::function<void()> memoWanted;        ///< its editor
+    std::function<void()> effortWanted;      ///< the suggested one
   };
 
   /// The stage must outlive the row.
@@ -28,6 +33,8 @@ class RowWidget : public QWidget {
   void setView(const RowView& view, int width);
   const RowView& view() const { return view_; }
   int wantedHeight() const { return layout_.height; }
+  /// Where the open editor belongs; empty without.
+  const QRect& editorPlace() const { return layout_.editor; }
   /// Writes a running working time anew.
   void showTime(Time now);
 
@@ -45,6 +52,8 @@ class RowWidget : public QWidget {
   bool event(QEvent* event) override;
 
  private:
+  void placeButton(std::unique_ptr<TextButton>& button, const std::optional<TextButtonLook>& look,
+                   const QRect& place, const std::function<void()>& action);
   void arrange();
   void paintFrame(QPainter& painter) const;
   void paintGrounds(QPainter& painter) const;
@@ -59,6 +68,7 @@ class RowWidget : public QWidget {
   FriendView character_;
   CodeRain rain_;
   TerminalButton terminalButton_;
+  std::unique_ptr<TextButton> memoButton_, effortButton_;  ///< made when first needed
 };
 
 }  // namespace zelvane

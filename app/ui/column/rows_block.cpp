@@ -51,16 +51,22 @@ RowsBlock::Row& RowsBlock::rowFor(const PlannedRow& planned, Rows& before) {
 }
 
 std::unique_ptr<RowWidget> RowsBlock::makeWidget(const std::string& key) {
+  using Wish = std::function<void(const ZelvaneSession&)>;
+  // With a copy: what the wish leads to may replace the row.
+  const auto about = [this, key](const Wish& wish) {
+    return [this, key, &wish] { wish(ZelvaneSession(rows_[key].session)); };
+  };
   auto widget = std::make_unique<RowWidget>(
       this, stage_,
-      RowWidget::Callbacks{
-          .tapped = [this, key] { callbacks_.tapped(ZelvaneSession(rows_[key].session)); },
-          .menuWanted =
-              [this, key](QPoint point) {
-                callbacks_.menuWanted(ZelvaneSession(rows_[key].session), point);
-              },
-          .openWanted = [this,
-                         key] { callbacks_.openWanted(ZelvaneSession(rows_[key].session)); }});
+      RowWidget::Callbacks{.tapped = about(callbacks_.tapped),
+                           .menuWanted =
+                               [this, key](QPoint point) {
+                                 callbacks_.menuWanted(ZelvaneSession(rows_[key].session), point);
+                               },
+                           .openWanted = about(callbacks_.openWanted),
+                           .titleTapped = about(callbacks_.titleTapped),
+                           .memoWanted = about(callbacks_.memoWanted),
+                           .effortWanted = about(callbacks_.effortWanted)});
   widget->show();
   return widget;
 }
@@ -100,12 +106,22 @@ void RowsBlock::setPlan(std::vector<ColumnItem> plan, const ThemeSpec& theme, in
 /// The arrows go from row to row, past the buttons in them.
 void RowsBlock::keyPressEvent(QKeyEvent* event) {
   const bool down = event->key() == Qt::Key_Down;
-  if (!down && event->key() != Qt::Key_Up) return event->ignore();
+  // In an open editor they belong to its text.
+  const bool onARow = dynamic_cast<RowWidget*>(window()->focusWidget()) != nullptr;
+  if (!onARow || (!down && event->key() != Qt::Key_Up)) return event->ignore();
   const auto insideARow = [this] {
     const auto* focused = window()->focusWidget();
     return focused && isAncestorOf(focused) && focused->parentWidget() != this;
   };
   while (focusNextPrevChild(down) && insideARow()) continue;
+}
+
+std::optional<QRect> RowsBlock::editorPlace() const {
+  for (const auto& [key, row] : rows_) {
+    const QRect& place = row.widget->editorPlace();
+    if (!place.isEmpty()) return place.translated(row.widget->pos());
+  }
+  return std::nullopt;
 }
 
 void RowsBlock::showTimes(Time now) {

@@ -19,6 +19,9 @@ class RowsBlock : public QWidget {
     std::function<void(const ZelvaneSession&)> tapped;
     std::function<void(const ZelvaneSession&, QPoint)> menuWanted;
     std::function<void(const ZelvaneSession&)> openWanted;
+    std::function<void(const ZelvaneSession&)> titleTapped;
+    std::function<void(const ZelvaneSession&)> memoWanted;
+    std::function<void(const ZelvaneSession&)> effortWanted;
   };
 
   /// The stage must outlive the block.
@@ -28,6 +31,8 @@ class RowsBlock : public QWidget {
   void setPlan(std::vector<ColumnItem> plan, const ThemeSpec& theme, int width);
   int wantedHeight() const { return height_; }
   void showTimes(Time now);
+  /// Where the open editor belongs; nothing without a row for it.
+  std::optional<QRect> editorPlace() const;
 
  protected:
   void paintEvent(QPaintEvent* event) override;

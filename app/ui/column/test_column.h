@@ -63,6 +63,10 @@ struct Column {
                           {.clock = [this] { return time; }, .maxHeight = 700, .stage = stage},
                           {.onHeight = [this](int height) { panel.setContentHeight(height); },
                            .menuWanted = [this](QPoint) { ++menus; }});
+    store->observe([this](ZelvaneStore::Change change) {
+      if (change != ZelvaneStore::Change::editing) return;
+      panel.setTakesKeys(store->editing().has_value());
+    });
     panel.setContent(view);
     panel.appear();
     panel.setContentHeight(view->contentHeight());
@@ -84,10 +88,28 @@ struct Column {
     for (const auto* row : rows()) text += row->view().size == RowSize::big ? "B" : "s";
     return text;
   }
-  void click(std::size_t row) {
+  void click(const QWidget* widget, QPoint at) const {
+    QTest::mouseClick(panel.windowHandle(), Qt::LeftButton, {}, widget->mapTo(&panel, at));
+  }
+  /// Where no row has anything but itself.
+  void click(std::size_t row) const { click(rows().at(row), {8, rows().at(row)->height() - 4}); }
+  void clickTitle(std::size_t row) const {
     auto* widget = rows().at(row);
-    QTest::mouseClick(panel.windowHandle(), Qt::LeftButton, {},
-                      widget->mapTo(&panel, widget->rect().center()));
+    click(widget, rowLayout(widget->view(), widget->width()).title.center());
+  }
+  void press(const QString& title) const {
+    for (auto* button : panel.findChildren<QAbstractButton*>()) {
+      if (button->text() == title && button->isVisible()) {
+        return click(button, button->rect().center());
+      }
+    }
+    ADD_FAILURE() << "no button " << title.toStdString();
+  }
+  /// The field of the open editor, once it has the keys; null when none is open.
+  QWidget* editor() {
+    if (!store->editing()) return nullptr;
+    EXPECT_TRUE(QTest::qWaitFor([] { return QApplication::focusWidget() != nullptr; }));
+    return QApplication::focusWidget();
   }
 
   std::vector<PillButton*> buttons() const {
@@ -112,7 +134,7 @@ struct Column {
   PanelSize size{std::make_shared<MemoryDefaults>(), PanelSize::Mode::readOnly};
   Time time = now;
   int menus = 0;
-  ColumnPanel panel{size, [](bool) {}};
+  ColumnPanel panel{size, {.onKeysLost = [this] { store->endEditing(std::nullopt); }}};
   ColumnView* view = nullptr;
 };
 

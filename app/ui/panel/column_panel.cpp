@@ -20,10 +20,10 @@ Qt::WindowType kind() { return platform::columnIsToolWindow() ? Qt::Tool : Qt::W
 
 }  // namespace
 
-ColumnPanel::ColumnPanel(PanelSize& size, std::function<void(bool)> onVisible)
+ColumnPanel::ColumnPanel(PanelSize& size, Callbacks callbacks)
     : QWidget(nullptr, kind() | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus),
       size_(size),
-      onVisible_(std::move(onVisible)),
+      callbacks_(std::move(callbacks)),
       leftGrip_(this, Qt::SizeHorCursor,
                 {[this] { beginDrag(); }, [this](QPoint by) { dragBy(-by.x(), 0); },
                  [this] { endDrag(); }}),
@@ -39,12 +39,19 @@ ColumnPanel::ColumnPanel(PanelSize& size, std::function<void(bool)> onVisible)
   // Position and size in one call: set apart, a column anchored below would jump.
   connect(&animation_, &QVariantAnimation::valueChanged, this,
           [this](const QVariant& value) { setGeometry(value.toRect()); });
+  keysDue_.setSingleShot(true);
+  keysDue_.setInterval(150ms);
+  connect(&keysDue_, &QTimer::timeout, this, [this] {
+    if (!window_) return;
+    takesKeys_ ? window_->insistOnKeyboard() : window_->insistOnReturn();
+  });
   look_.setInterval(1s);
   look_.setTimerType(Qt::CoarseTimer);
   connect(&look_, &QTimer::timeout, this, &ColumnPanel::lookAround);
 }
 
-ColumnPanel::~ColumnPanel() = default;
+/// The content goes first: what happens to it while a window is closed may still come here.
+ColumnPanel::~ColumnPanel() { delete content_; }
 
 void ColumnPanel::setContent(QWidget* content) {
   content_ = content;
@@ -139,13 +146,33 @@ void ColumnPanel::lookAround() {
   const bool covered = exposed && window_ && window_->covered();
   updateShape();
   const bool seen = exposed && !covered;
-  if (std::exchange(seen_, seen) != seen) onVisible_(seen);
+  if (std::exchange(seen_, seen) != seen) callbacks_.onVisible(seen);
 }
 
 void ColumnPanel::setLooksOften(bool often) {
   // A window that merely moves away from in front of this one is reported by nobody.
   if (often && !look_.isActive()) look_.start();
   if (!often) look_.stop();
+}
+
+void ColumnPanel::setTakesKeys(bool takes) {
+  if (std::exchange(takesKeys_, takes) == takes) return;
+  windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus, !takes);
+  overrideWindowFlags(windowHandle()->flags());
+  if (takes) {
+    if (window_) window_->borrowKeyboard();
+    activateWindow();
+  } else {
+    if (auto* last = focusWidget()) last->clearFocus();
+    if (window_) window_->returnKeyboard();
+  }
+  // The toolkit believes that its request was granted, whatever came of it.
+  keysDue_.start();
+}
+
+bool ColumnPanel::event(QEvent* event) {
+  if (event->type() == QEvent::WindowDeactivate && takesKeys_) callbacks_.onKeysLost();
+  return QWidget::event(event);
 }
 
 void ColumnPanel::beginDrag() {

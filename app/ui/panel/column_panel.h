@@ -1,5 +1,5 @@
 // The window that the column lives in: at the right edge of the screen, never in the way. It takes
-// no focus, places itself, and knows whether it can be seen. Main thread.
+// the keys only while it is told to, places itself, and knows whether it can be seen. Main thread.
 #pragma once
 
 #include <QtCore/QTimer>
@@ -18,8 +18,13 @@ namespace zelvane {
 
 class ColumnPanel : public QWidget {
  public:
-  /// `onVisible` gets whether at least a part of the panel can be seen, when that changes.
-  ColumnPanel(PanelSize& size, std::function<void(bool)> onVisible);
+  struct Callbacks {
+    /// Gets whether at least a part of the panel can be seen, when that changes.
+    std::function<void(bool)> onVisible = [](bool) {};
+    std::function<void()> onKeysLost = [] {};  ///< to another window
+  };
+
+  ColumnPanel(PanelSize& size, Callbacks callbacks);
   ~ColumnPanel() override;
 
   /// Fills the panel with the widget, which it owns from then on.
@@ -33,8 +38,11 @@ class ColumnPanel : public QWidget {
   /// Looks again whether other windows hide it; once a second while `often`.
   void lookAround();
   void setLooksOften(bool often);
+  /// While set the panel has the keys; then they go back to the window that had them.
+  void setTakesKeys(bool takes);
 
  protected:
+  bool event(QEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void resizeEvent(QResizeEvent*) override;
 
@@ -48,7 +56,7 @@ class ColumnPanel : public QWidget {
   void endDrag();
 
   PanelSize& size_;
-  std::function<void(bool)> onVisible_;
+  Callbacks callbacks_;
   std::unique_ptr<platform::ColumnWindow> window_;  ///< null where the system offers none
   QWidget* content_ = nullptr;
   int contentHeight_ = 200;
@@ -59,6 +67,9 @@ class ColumnPanel : public QWidget {
   Extent dragStart_;
   ChosenSize chosenAtStart_;
   ChosenSize chosenByDrag_;
+
+  bool takesKeys_ = false;
+  QTimer keysDue_;  ///< by then the window manager has moved the keys, or will not
 
   QSize cutFor_;  ///< the size that the mask is made for; invalid without one
   bool seen_ = true;

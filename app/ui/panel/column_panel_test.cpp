@@ -31,7 +31,7 @@ struct Panel {
   }
 
   PanelSize size{std::make_shared<MemoryDefaults>(), PanelSize::Mode::saving};
-  ColumnPanel panel{size, [](bool) {}};
+  ColumnPanel panel{size, {}};
   int height = 300;
   Anchor anchor = Anchor::top;
 };

@@ -50,6 +50,9 @@ static const NSWindowLevel NSNormalWindowLevel = 0;
 @property BOOL hidesOnDeactivate;
 @property BOOL hasShadow;
 @property(getter=isMovable) BOOL movable;
+@property(readonly, getter=isKeyWindow) BOOL keyWindow;
+- (void)makeKeyWindow;
+- (void)resignKeyWindow;
 @end
 
 @interface NSPanel : NSWindow
