@@ -11,6 +11,7 @@
 #include "platform/file_sync.h"
 #include "platform/file_times.h"
 
+#include "core/file_lock.h"
 #include "core/json_file.h"
 
 namespace zelvane {
@@ -123,6 +124,9 @@ class SystemDisk : public NotesDisk {
       close(fd);
       return std::make_error_code(std::errc::no_such_device_or_address);
     }
+    // Of two that append at once one could see half of the other's line, and take it for cut off.
+    // One that hangs is not waited for longer.
+    const FileLock::Scope turn(path, Seconds(1));
     return finish(fd, endsOpen(fd) ? '\n' + std::string(bytes) : std::string(bytes));
   }
 

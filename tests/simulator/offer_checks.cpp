@@ -40,7 +40,11 @@ void Checks::launched(bool rebooted) {
   frozen_ = false;
   rebooted_ = rebooted;
   if (!rebooted) openAtTheEnd_.clear();
-  if (rebooted || diskWasFull(Seconds(60))) seen_.clear();
+  // Where the clock was set forward, the machine seems to have been started since the last save.
+  const double savedAt =
+      fileIn(world_, "/autosnap.json").value_or(Json::object()).value("saved_at", 0.0);
+  const bool seemsRebooted = savedAt < secondsSince1970(world_.machine.bootTime());
+  if (rebooted || seemsRebooted || diskWasFull(Seconds(60))) seen_.clear();
   world_.shown.clear();
   offered_.clear();
   characters_.clear();

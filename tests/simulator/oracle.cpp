@@ -26,7 +26,9 @@ bool youngShell(const Json& record, double now) {
 
 bool backgroundRuns(const std::string& status, const Json& record, double now) {
   const auto doneAt = numberOf(record, "done_at");
-  const bool agents = numberOf(record, "bg_agents").value_or(0) >= 1;
+  // Beyond 64 bits it is no count.
+  const double count = numberOf(record, "bg_agents").value_or(0);
+  const bool agents = count >= 1 && count < 9.2e18;
   if (agents && (status == "shell" || (doneAt && now - *doneAt < 1800))) return true;
   return status == "shell" && youngShell(record, now);
 }
