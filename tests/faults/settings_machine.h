@@ -31,6 +31,9 @@ class SettingsMachine {
   std::string settings() const { return folder_.read("user/claude/settings.json"); }
   bool settingsExist() const;
   bool isLink() const;
+  /// Whether it still lies on the disk: whoever tidies the temporary folders up takes settings away
+  /// as no rival does, and connecting then rightly finds none.
+  bool isWhole() const { return folder_.read("bundle/zelvane") == "program"; }
   /// The files beside the settings that hold these bytes: their paths.
   std::vector<std::string> holding(const std::string& bytes) const;
   Installer installer() const;
