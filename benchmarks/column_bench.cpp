@@ -73,7 +73,7 @@ int printFrames(int count) {
   auto rows = demoRows(count, static_cast<std::int64_t>(Family::all().size()), systemTime());
   store->showSamples(rows);
   PanelSize size(std::make_shared<MemoryDefaults>(), PanelSize::Mode::readOnly);
-  ColumnPanel panel(size, [](bool) {});
+  ColumnPanel panel(size, {});
   auto* view = new ColumnView(store, noConnection(), size, {.maxHeight = 880},
                               {[&](int height) { panel.setContentHeight(height); }, [](QPoint) {}});
   panel.setContent(view);
