@@ -100,6 +100,32 @@ TEST(ColumnView, ThePanelFollowsTheContentAndScrollsBeyondTheScreen) {
   EXPECT_LT(scroll->height(), scroll->widget()->height());
 }
 
+/// While the edge is dragged and after it.
+TEST(ColumnView, TheLayoutFollowsTheDraggedEdge) {
+  for (const bool top : {true, false}) {
+    Column column(demoRows(60, 1, now));
+    column.store->setAnchorTop(top);
+    column.panel.setAnchor(top ? Anchor::top : Anchor::bottom);
+    auto* window = column.panel.windowHandle();
+    const auto expectWhole = [&] {
+      const auto* scroll = column.view->findChild<QScrollArea*>();
+      const auto* header = dynamic_cast<Header*>(column.view->childAt(150, 10));
+      EXPECT_TRUE(header && header->y() == 0) << top;
+      EXPECT_EQ(scroll->geometry().bottom() + 1, column.view->height()) << top;
+    };
+    const int before = column.panel.height();
+    const QPoint from(150, top ? before - 2 : 2);
+    const QPoint target = window->mapToGlobal(from) + QPoint(0, top ? -200 : 200);
+    QTest::mousePress(window, Qt::LeftButton, {}, from);
+    QTest::mouseMove(window, window->mapFromGlobal(target));
+    EXPECT_EQ(column.panel.height(), before - 200);
+    expectWhole();
+    QTest::mouseRelease(window, Qt::LeftButton, {}, window->mapFromGlobal(target));
+    EXPECT_EQ(column.panel.height(), before - 200);
+    expectWhole();
+  }
+}
+
 struct PaintCount : QObject {
   bool eventFilter(QObject*, QEvent* event) override {
     count += event->type() == QEvent::Paint ? 1 : 0;

@@ -179,7 +179,7 @@ void ColumnPanel::beginDrag() {
   if (animation_.state() == QAbstractAnimation::Running) return;
   dragging_ = true;
   dragStart_ = {width(), height()};
-  chosenAtStart_ = chosenByDrag_ = size_.chosen();
+  chosenAtStart_ = size_.chosen();
 }
 
 void ColumnPanel::dragBy(int wider, int taller) {
@@ -187,7 +187,8 @@ void ColumnPanel::dragBy(int wider, int taller) {
   if (!dragging_ || !screen) return;
   const Extent wanted{dragStart_.width + wider, dragStart_.height + taller};
   const Extent now = draggedSize(dragStart_, wanted, *screen);
-  chosenByDrag_ = chosenAfterDrag(chosenAtStart_, dragStart_, now);
+  // The content lays itself out by the chosen sizes as soon as the panel has another one.
+  size_.preview(chosenAfterDrag(chosenAtStart_, dragStart_, now));
   QRect frame = geometry();
   frame.setLeft(frame.right() + 1 - now.width);
   if (anchor_ == Anchor::top) {
@@ -200,7 +201,7 @@ void ColumnPanel::dragBy(int wider, int taller) {
 
 void ColumnPanel::endDrag() {
   if (!std::exchange(dragging_, false)) return;
-  size_.set(chosenByDrag_);
+  size_.set(size_.chosen());
   place();
 }
 

@@ -66,7 +66,6 @@ class ColumnPanel : public QWidget {
   bool dragging_ = false;
   Extent dragStart_;
   ChosenSize chosenAtStart_;
-  ChosenSize chosenByDrag_;
 
   bool takesKeys_ = false;
   QTimer keysDue_;  ///< by then the window manager has moved the keys, or will not
