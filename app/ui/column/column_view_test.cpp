@@ -178,6 +178,23 @@ TEST(ColumnView, ASmallRowsTerminalButtonIsPressedToItsEdge) {
   EXPECT_EQ(column.jumpsSoFar().size(), 1U);
 }
 
+/// A window manager's "close" ends what is being typed; the program ends by its own menu.
+TEST(ColumnView, ClosesOnlyWithTheProgram) {
+  Column column(showcaseRows(1, now));
+  column.clickTitle(0);
+  QTest::keyClicks(column.editor(), "named");
+  EXPECT_FALSE(column.panel.windowHandle()->close());
+  EXPECT_TRUE(column.panel.isVisible());
+  EXPECT_EQ(column.store->editing(), std::nullopt);
+  EXPECT_EQ(column.store->notes().entry("show-0").title, "named");
+
+  QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+  QTimer tooLong;
+  QObject::connect(&tooLong, &QTimer::timeout, [] { QCoreApplication::exit(1); });
+  tooLong.start(5000);
+  EXPECT_EQ(QCoreApplication::exec(), 0);
+}
+
 TEST(ColumnView, TheMenuButtonAsksForTheMenu) {
   Column column(demoRows(1, 1, now));
   auto* button = column.panel.findChild<QAbstractButton*>();

@@ -1,7 +1,8 @@
 #include "app/ui/panel/column_panel.h"
 
-#include <QtGui/QGuiApplication>
+#include <QtGui/QCloseEvent>
 #include <QtGui/QWindow>
+#include <QtWidgets/QApplication>
 #include <chrono>
 
 #include "app/ui/column/column_shape.h"
@@ -31,6 +32,7 @@ ColumnPanel::ColumnPanel(PanelSize& size, Callbacks callbacks)
                 {[this] { beginDrag(); },
                  [this](QPoint by) { dragBy(0, anchor_ == Anchor::top ? by.y() : -by.y()); },
                  [this] { endDrag(); }}) {
+  qApp->installEventFilter(this);
   setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_AlwaysShowToolTips);  // the window is never the active one
   setWindowTitle(QStringLiteral("Zelvane"));
@@ -67,7 +69,6 @@ void ColumnPanel::appear() {
   QGuiApplication::sync();  // the window system has to know the window by now
   window_ = platform::ColumnWindow::of(QGuiApplication::platformName().toStdString(), window);
   if (window_) window_->standAside();
-  windowHandle()->installEventFilter(this);
   place();
   updateShape();
   show();
@@ -134,7 +135,8 @@ void ColumnPanel::updateShape() {
 }
 
 bool ColumnPanel::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::Expose) {
+  if (event->type() == QEvent::Quit) programEnds_ = true;
+  if (event->type() == QEvent::Expose && watched == windowHandle()) {
     // The window's own state changes only when the event has been handled.
     QTimer::singleShot(0, this, &ColumnPanel::lookAround);
   }
@@ -173,6 +175,13 @@ void ColumnPanel::setTakesKeys(bool takes) {
 bool ColumnPanel::event(QEvent* event) {
   if (event->type() == QEvent::WindowDeactivate && takesKeys_) callbacks_.onKeysLost();
   return QWidget::event(event);
+}
+
+/// A window manager's key closes the window that has the keys: that ends the typing, not the
+/// column.
+void ColumnPanel::closeEvent(QCloseEvent* event) {
+  event->setAccepted(programEnds_);
+  if (!programEnds_) callbacks_.onKeysLost();
 }
 
 void ColumnPanel::beginDrag() {
