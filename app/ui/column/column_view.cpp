@@ -310,7 +310,14 @@ void ColumnView::showRowMenu(const ZelvaneSession& session, QPoint point) {
   menu->popup(point);
 }
 
-void ColumnView::perform(RowCommand command, const ZelvaneSession& session) {
+/// The row may have changed or gone while its menu was open.
+void ColumnView::perform(RowCommand command, const ZelvaneSession& offered) {
+  const auto& rows = store_->sessions();
+  const auto found = std::find_if(rows.begin(), rows.end(), [&](const auto& row) {
+    return row.id == offered.id && row.pid == offered.pid;
+  });
+  if (found == rows.end()) return;
+  const ZelvaneSession session = *found;
   switch (command) {
     case RowCommand::open:
       return store_->open(session);

@@ -70,7 +70,7 @@ class ColumnView : public QWidget {
   void titleTapped(const ZelvaneSession& session);
   void openTerminal(const ZelvaneSession& session);
   void showRowMenu(const ZelvaneSession& session, QPoint point);
-  void perform(RowCommand command, const ZelvaneSession& session);
+  void perform(RowCommand command, const ZelvaneSession& offered);
   void startEditing(const ZelvaneSession& session, EditorField field);
   void prepareEffort(const ZelvaneSession& session);
   void planRows();

@@ -100,6 +100,32 @@ TEST(ColumnView, ThePanelFollowsTheContentAndScrollsBeyondTheScreen) {
   EXPECT_LT(scroll->height(), scroll->widget()->height());
 }
 
+/// While the edge is dragged and after it.
+TEST(ColumnView, TheLayoutFollowsTheDraggedEdge) {
+  for (const bool top : {true, false}) {
+    Column column(demoRows(60, 1, now));
+    column.store->setAnchorTop(top);
+    column.panel.setAnchor(top ? Anchor::top : Anchor::bottom);
+    auto* window = column.panel.windowHandle();
+    const auto expectWhole = [&] {
+      const auto* scroll = column.view->findChild<QScrollArea*>();
+      const auto* header = dynamic_cast<Header*>(column.view->childAt(150, 10));
+      EXPECT_TRUE(header && header->y() == 0) << top;
+      EXPECT_EQ(scroll->geometry().bottom() + 1, column.view->height()) << top;
+    };
+    const int before = column.panel.height();
+    const QPoint from(150, top ? before - 2 : 2);
+    const QPoint target = window->mapToGlobal(from) + QPoint(0, top ? -200 : 200);
+    QTest::mousePress(window, Qt::LeftButton, {}, from);
+    QTest::mouseMove(window, window->mapFromGlobal(target));
+    EXPECT_EQ(column.panel.height(), before - 200);
+    expectWhole();
+    QTest::mouseRelease(window, Qt::LeftButton, {}, window->mapFromGlobal(target));
+    EXPECT_EQ(column.panel.height(), before - 200);
+    expectWhole();
+  }
+}
+
 struct PaintCount : QObject {
   bool eventFilter(QObject*, QEvent* event) override {
     count += event->type() == QEvent::Paint ? 1 : 0;
@@ -150,6 +176,23 @@ TEST(ColumnView, ASmallRowsTerminalButtonIsPressedToItsEdge) {
   press({1, 10});
   EXPECT_EQ(column.sizes(), "sss") << "the edge";
   EXPECT_EQ(column.jumpsSoFar().size(), 1U);
+}
+
+/// A window manager's "close" ends what is being typed; the program ends by its own menu.
+TEST(ColumnView, ClosesOnlyWithTheProgram) {
+  Column column(showcaseRows(1, now));
+  column.clickTitle(0);
+  QTest::keyClicks(column.editor(), "named");
+  EXPECT_FALSE(column.panel.windowHandle()->close());
+  EXPECT_TRUE(column.panel.isVisible());
+  EXPECT_EQ(column.store->editing(), std::nullopt);
+  EXPECT_EQ(column.store->notes().entry("show-0").title, "named");
+
+  QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+  QTimer tooLong;
+  QObject::connect(&tooLong, &QTimer::timeout, [] { QCoreApplication::exit(1); });
+  tooLong.start(5000);
+  EXPECT_EQ(QCoreApplication::exec(), 0);
 }
 
 TEST(ColumnView, TheMenuButtonAsksForTheMenu) {

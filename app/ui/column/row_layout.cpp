@@ -11,11 +11,11 @@ namespace {
 
 constexpr int gap = 8;
 
-/// With less room for the texts beside it, a tile makes way for a title that would be cut.
+/// With less room for the texts beside it, a tile makes way for one that would be cut.
 constexpr int tightRoom = 150;
 
-bool tileMakesWay(int titleWidth, int roomBesideTile) {
-  return roomBesideTile < tightRoom && titleWidth > roomBesideTile;
+bool tileMakesWay(int textsWidth, int roomBesideTile) {
+  return roomBesideTile < tightRoom && textsWidth > roomBesideTile;
 }
 
 /// Places texts from left to right on one line.
@@ -61,6 +61,7 @@ constexpr QSize character(34, 30);
 constexpr int titlePixels = 13, subtitlePixels = 11, timePixels = 11;
 constexpr int clockWidth = 52;
 constexpr int symbol = 10, symbolGap = 4;
+constexpr int labelPixels = 10, labelGap = 5;
 constexpr int lineGap = 1;
 constexpr int tile = 20;
 constexpr QRect terminalButton(3, 3, 14, 14);
@@ -79,6 +80,16 @@ bool hasTwoLines(const RowView& view) {
 int smallTextHeight(const RowView& view) {
   using namespace small;
   return lineHeight(titlePixels) + (hasTwoLines(view) ? lineGap + lineHeight(subtitlePixels) : 0);
+}
+
+/// How wide the wider line is when nothing of it is cut.
+int smallTextWidth(const RowView& view) {
+  using namespace small;
+  const int symbolWidth = view.memo.text.empty() ? 0 : symbolGap + symbol;
+  const int labelWidth =
+      view.label.text.empty() ? 0 : naturalWidth(view.label, labelPixels) + labelGap;
+  return std::max(naturalWidth(view.title, titlePixels) + symbolWidth,
+                  labelWidth + naturalWidth(view.subtitle, subtitlePixels));
 }
 
 RowLayout smallOutline(const RowView& view) {
@@ -100,8 +111,7 @@ RowLayout smallLayout(const RowView& view, int width) {
   const bool noted = !view.memo.text.empty();
   int right = width - trailing - (view.time.text.empty() ? 0 : timeWidth(view) + gap);
   const int beside = right - tile - gap;
-  const int titleWidth = naturalWidth(view.title, titlePixels) + (noted ? symbolGap + symbol : 0);
-  if (!tileMakesWay(titleWidth, beside - left)) {
+  if (!tileMakesWay(smallTextWidth(view), beside - left)) {
     layout.tile = QRect(right - tile, (layout.height - tile) / 2, tile, tile);
     right = beside;
   }
@@ -115,8 +125,8 @@ RowLayout smallLayout(const RowView& view, int width) {
   }
   if (hasTwoLines(view)) {
     auto below = lineAt(layout, left, right, top + titleHeight + lineGap, subtitlePixels);
-    below.add(view.label, 10);
-    if (!view.label.text.empty()) below.skip(5);
+    below.add(view.label, labelPixels);
+    if (!view.label.text.empty()) below.skip(labelGap);
     below.add(view.subtitle, subtitlePixels);
   }
   return layout;

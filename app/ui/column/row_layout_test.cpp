@@ -85,6 +85,18 @@ TEST(RowLayout, LongTextsAreCutAndTheTimeStaysWhole) {
   EXPECT_EQ(layout.time.text, "1:00:05");
 }
 
+TEST(RowLayout, AVeryLongMemoEndsWithAnEllipsis) {
+  ZelvaneSession session;
+  session.pinned = true;
+  session.memo = "a" + repeated("👩", 1500);  // its limit lies within a character
+  const auto layout = rowLayout(rowView(session, {.now = timeAt(60)}), 280);
+  QString last;
+  for (const auto& placed : layout.texts) {
+    if (layout.memoGround.contains(placed.box)) last = placed.text;
+  }
+  EXPECT_TRUE(last.endsWith(QString::fromUtf8("👩…"))) << last.toStdString();
+}
+
 TEST(RowLayout, ATileMakesWayForATitleThatWouldBeCut) {
   struct Case {
     int width, titleLength;
@@ -118,6 +130,18 @@ TEST(RowLayout, ATileMakesWayForAQuestionThatWouldBeCut) {
     session.pinned = true;
     const auto layout = rowLayout(rowView(session, {.now = timeAt(60)}), 280);
     EXPECT_EQ(layout.tile.isEmpty(), state == ZelvaneState::waiting);
+  }
+}
+
+TEST(RowLayout, ASmallTileMakesWayForASubtitleThatWouldBeCut) {
+  for (const int length : {10, 13}) {
+    ZelvaneSession session;
+    session.title = "짧게";
+    session.subtitle = repeated("글", length);
+    session.state = ZelvaneState::working;
+    session.since = timeAt(0);
+    const auto layout = rowLayout(rowView(session, {.now = timeAt(60)}), 280);
+    EXPECT_EQ(layout.tile.isEmpty(), length == 13);
   }
 }
 

@@ -25,6 +25,13 @@ QFont::Weight toWeight(Weight weight) {
   return QFont::Bold;
 }
 
+/// The text, ended by "…" when it is longer than `longest`.
+QString limited(QString text, qsizetype longest) {
+  if (text.size() <= longest) return text;
+  const bool halvesAPair = text.at(longest - 1).isHighSurrogate();
+  return text.left(halvesAPair ? longest - 1 : longest) + QChar(0x2026);
+}
+
 }  // namespace
 
 QFont columnFont(int pixels, Weight weight) {
@@ -48,15 +55,14 @@ QColor toColor(Rgb color, double opacity) {
 }
 
 QString elided(const std::string& text, const QFont& font, int width) {
-  auto line = QString::fromStdString(text);
-  if (line.size() > longestLine) line = line.left(longestLine) + QChar(0x2026);
+  const auto line = limited(QString::fromStdString(text), longestLine);
   return QFontMetricsF(font).elidedText(line, Qt::ElideRight, width);
 }
 
 QStringList wrapped(const std::string& text, const QFont& font, int width) {
   constexpr qsizetype longestText = 2000;
   QStringList lines;
-  for (const auto& paragraph : QString::fromStdString(text).left(longestText).split(u'\n')) {
+  for (const auto& paragraph : limited(QString::fromStdString(text), longestText).split(u'\n')) {
     QTextLayout layout(paragraph, font);
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);

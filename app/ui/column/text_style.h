@@ -25,7 +25,8 @@ QColor toColor(Rgb color, double opacity = 1);
 /// The text for one line of the given width, ended by "…" where it is cut.
 QString elided(const std::string& text, const QFont& font, int width);
 
-/// The text broken into lines of the given width, at words where it can be.
+/// The text broken into lines of the given width, at words where it can be. A very long text is cut
+/// and ended by "…".
 QStringList wrapped(const std::string& text, const QFont& font, int width);
 
 /// How wide the text is on one line, in whole points.

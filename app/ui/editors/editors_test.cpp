@@ -2,6 +2,7 @@
 #include <QtGui/QTextBlock>
 #include <QtGui/QTextLayout>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QMenu>
 #include <QtWidgets/QTextEdit>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -223,6 +224,48 @@ TEST(Editing, EndsWithItsRowAndKeepsWhatWasTyped) {
   column.store->showSamples(rows);
   EXPECT_EQ(column.store->editing(), std::nullopt);
   EXPECT_EQ(column.store->notes().entry("show-0").title, "named");
+}
+
+TEST(Editing, StaysInSightWhileItGrowsAndItsRowMoves) {
+  auto rows = demoRows(30, 1, now);
+  for (auto& row : rows) row.state = ZelvaneState::waiting;
+  Column column(rows);
+  const auto inSight = [&] {
+    const auto* scroll = column.view->findChild<QScrollArea*>();
+    const auto* editor = column.editor()->parentWidget();
+    const QRect place(editor->mapTo(scroll, QPoint(0, 0)), editor->size());
+    return scroll->rect().contains(place);
+  };
+  column.press("+ 메모");
+  EXPECT_TRUE(inSight());
+  rows[0].state = ZelvaneState::working;
+  std::rotate(rows.begin(), rows.begin() + 1, rows.end());
+  column.store->showSamples(rows);
+  EXPECT_TRUE(inSight()) << "below all others";
+  std::rotate(rows.begin(), rows.end() - 1, rows.end());
+  column.store->showSamples(rows);
+  EXPECT_TRUE(inSight()) << "above them again";
+  column.store->setEditing("memo:" + rows.back().id);
+  for (int i = 0; i < 5; ++i) {
+    QTest::keyClick(column.editor(), Qt::Key_Return, Qt::ShiftModifier);
+    EXPECT_TRUE(inSight()) << i;
+  }
+}
+
+TEST(Editing, ARowThatHasGoneTakesNoKeys) {
+  auto rows = showcaseRows(1, now);
+  Column column(rows);
+  QTest::mouseClick(column.panel.windowHandle(), Qt::RightButton, {},
+                    column.rows()[0]->mapTo(&column.panel, QPoint(100, 20)));
+  rows.erase(rows.begin());
+  column.store->showSamples(rows);
+  for (auto* action : column.view->findChild<QMenu*>()->actions()) {
+    if (action->text() == "이름 바꾸기") action->trigger();
+  }
+  EXPECT_EQ(column.store->editing(), std::nullopt);
+  column.store->setEditing("title:show-0");
+  EXPECT_EQ(column.store->editing(), std::nullopt);
+  EXPECT_TRUE(column.panel.windowHandle()->flags() & Qt::WindowDoesNotAcceptFocus);
 }
 
 TEST(Editing, AnotherEditorTakesOver) {

@@ -50,6 +50,8 @@ void OpenEditor::follow(const ThemeSpec& theme) {
     }
     const auto named = key_ ? editorNamed(*key_) : std::nullopt;
     if (named) editor_ = make(named->first, named->second);
+    // Nobody would type into it, and the panel has the keys as long as it is named.
+    if (key_ && !editor_) store_->endEditing(key_);
   }
   if (editor_) editor_->setTheme(theme);
 }
@@ -84,9 +86,10 @@ bool OpenEditor::place(const std::optional<QRect>& place) {
     finish();
     return false;
   }
+  const bool moved = editor_->geometry() != *place;
   editor_->setGeometry(*place);
   editor_->raise();  // rows that came later lie over it
-  if (!editor_->isHidden()) return false;
+  if (!editor_->isHidden()) return moved;
   editor_->show();
   editor_->setFocus();
   return true;

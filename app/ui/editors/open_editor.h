@@ -28,7 +28,7 @@ class OpenEditor {
   void follow(const ThemeSpec& theme);
   /// 0 while none is open.
   int wantedHeight() const { return editor_ ? editor_->wantedHeight() : 0; }
-  /// Moves there; without a place the editing ends. True when the editor was not seen before.
+  /// Moves there; without a place the editing ends. True when it was not there before.
   bool place(const std::optional<QRect>& place);
   /// Ends the editing, keeping what was typed.
   void finish();

@@ -1,7 +1,8 @@
 #include "app/ui/panel/column_panel.h"
 
-#include <QtGui/QGuiApplication>
+#include <QtGui/QCloseEvent>
 #include <QtGui/QWindow>
+#include <QtWidgets/QApplication>
 #include <chrono>
 
 #include "app/ui/column/column_shape.h"
@@ -31,6 +32,7 @@ ColumnPanel::ColumnPanel(PanelSize& size, Callbacks callbacks)
                 {[this] { beginDrag(); },
                  [this](QPoint by) { dragBy(0, anchor_ == Anchor::top ? by.y() : -by.y()); },
                  [this] { endDrag(); }}) {
+  qApp->installEventFilter(this);
   setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_AlwaysShowToolTips);  // the window is never the active one
   setWindowTitle(QStringLiteral("Zelvane"));
@@ -67,7 +69,6 @@ void ColumnPanel::appear() {
   QGuiApplication::sync();  // the window system has to know the window by now
   window_ = platform::ColumnWindow::of(QGuiApplication::platformName().toStdString(), window);
   if (window_) window_->standAside();
-  windowHandle()->installEventFilter(this);
   place();
   updateShape();
   show();
@@ -134,7 +135,8 @@ void ColumnPanel::updateShape() {
 }
 
 bool ColumnPanel::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::Expose) {
+  if (event->type() == QEvent::Quit) programEnds_ = true;
+  if (event->type() == QEvent::Expose && watched == windowHandle()) {
     // The window's own state changes only when the event has been handled.
     QTimer::singleShot(0, this, &ColumnPanel::lookAround);
   }
@@ -175,11 +177,18 @@ bool ColumnPanel::event(QEvent* event) {
   return QWidget::event(event);
 }
 
+/// A window manager's key closes the window that has the keys: that ends the typing, not the
+/// column.
+void ColumnPanel::closeEvent(QCloseEvent* event) {
+  event->setAccepted(programEnds_);
+  if (!programEnds_) callbacks_.onKeysLost();
+}
+
 void ColumnPanel::beginDrag() {
   if (animation_.state() == QAbstractAnimation::Running) return;
   dragging_ = true;
   dragStart_ = {width(), height()};
-  chosenAtStart_ = chosenByDrag_ = size_.chosen();
+  chosenAtStart_ = size_.chosen();
 }
 
 void ColumnPanel::dragBy(int wider, int taller) {
@@ -187,7 +196,8 @@ void ColumnPanel::dragBy(int wider, int taller) {
   if (!dragging_ || !screen) return;
   const Extent wanted{dragStart_.width + wider, dragStart_.height + taller};
   const Extent now = draggedSize(dragStart_, wanted, *screen);
-  chosenByDrag_ = chosenAfterDrag(chosenAtStart_, dragStart_, now);
+  // The content lays itself out by the chosen sizes as soon as the panel has another one.
+  size_.preview(chosenAfterDrag(chosenAtStart_, dragStart_, now));
   QRect frame = geometry();
   frame.setLeft(frame.right() + 1 - now.width);
   if (anchor_ == Anchor::top) {
@@ -200,7 +210,7 @@ void ColumnPanel::dragBy(int wider, int taller) {
 
 void ColumnPanel::endDrag() {
   if (!std::exchange(dragging_, false)) return;
-  size_.set(chosenByDrag_);
+  size_.set(size_.chosen());
   place();
 }
 

@@ -45,6 +45,7 @@ class ColumnPanel : public QWidget {
   bool event(QEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void resizeEvent(QResizeEvent*) override;
+  void closeEvent(QCloseEvent* event) override;
 
  private:
   void moveTo(const Area& frame);
@@ -66,7 +67,8 @@ class ColumnPanel : public QWidget {
   bool dragging_ = false;
   Extent dragStart_;
   ChosenSize chosenAtStart_;
-  ChosenSize chosenByDrag_;
+
+  bool programEnds_ = false;  ///< it was asked to: then windows close
 
   bool takesKeys_ = false;
   QTimer keysDue_;  ///< by then the window manager has moved the keys, or will not

@@ -17,10 +17,12 @@ std::optional<double> number(const UserDefaults& defaults, const std::string& ke
 PanelSize::PanelSize(std::shared_ptr<UserDefaults> defaults, Mode mode)
     : defaults_(std::move(defaults)),
       mode_(mode),
-      chosen_{number(*defaults_, widthKey), number(*defaults_, maxHeightKey)} {}
+      chosen_{number(*defaults_, widthKey), number(*defaults_, maxHeightKey)},
+      saved_(chosen_) {}
 
 void PanelSize::set(const ChosenSize& chosen) {
-  const ChosenSize before = std::exchange(chosen_, chosen);
+  chosen_ = chosen;
+  const ChosenSize before = std::exchange(saved_, chosen);
   if (chosen.width != before.width) save(widthKey, chosen.width);
   if (chosen.maxHeight != before.maxHeight) save(maxHeightKey, chosen.maxHeight);
 }

@@ -19,6 +19,8 @@ class PanelSize {
   const ChosenSize& chosen() const { return chosen_; }
   /// Whether there is something to reset.
   bool custom() const { return chosen_.width || chosen_.maxHeight; }
+  /// Takes the sizes without saving them: they change with every move of the pointer.
+  void preview(const ChosenSize& chosen) { chosen_ = chosen; }
   /// Takes the sizes; saves what changed, unless read-only.
   void set(const ChosenSize& chosen);
 
@@ -28,6 +30,7 @@ class PanelSize {
   std::shared_ptr<UserDefaults> defaults_;
   Mode mode_;
   ChosenSize chosen_;
+  ChosenSize saved_;  ///< as the settings have them
 };
 
 }  // namespace zelvane

@@ -25,6 +25,10 @@ TEST(PanelSize, SavesAndRemovesWhatChanged) {
   EXPECT_TRUE(size.custom());
   EXPECT_EQ(defaults->value("panelWidth"), Json(320.0));
   EXPECT_EQ(defaults->value("panelMaxHeight"), Json("not ours to mend"));
+  size.preview({.width = 400.0});
+  EXPECT_EQ(defaults->value("panelWidth"), Json(320.0));
+  size.set(size.chosen());
+  EXPECT_EQ(defaults->value("panelWidth"), Json(400.0));
   size.set({});
   EXPECT_FALSE(size.custom());
   EXPECT_FALSE(defaults->value("panelWidth"));
