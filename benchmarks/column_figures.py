@@ -155,8 +155,8 @@ def main():
         figures.memory()
         figures.frames()
         figures.processor()
+        figures.idle()  # before anything works
         figures.jumps()
-        figures.idle()
     finally:
         machine.close()
 
