@@ -47,7 +47,7 @@ DiskSpace::Unlimited::~Unlimited() { setLimit(before_); }
 Machine::Machine(std::string folder)
     : folder_(std::move(folder)), lastPid_(firstPid), bootTime_(VirtualTime::shared().wall()) {
   std::filesystem::create_directories(claudeSessions());
-  for (int i = 0; i < 12; ++i) folders_.insert("/home/me/work/project-" + std::to_string(i));
+  for (int i = 0; i < 12; ++i) folders_.insert("/home/me/project-" + std::to_string(i));
 }
 
 std::int32_t Machine::spawn(const std::string& tty) {
