@@ -68,8 +68,8 @@ void People::goOn(Client* client) {
 void People::resumeOld() {
   if (ended_.empty() || alive().size() >= mostTabs) return;
   world_.clients.push_back(std::make_unique<Client>(world_, world_.machine.openTty(),
-                                                    "/home/me/project-1",
-                                                    world_.dice.of(ended_), Client::Start::resume));
+                                                    "/home/me/project-1", world_.dice.of(ended_),
+                                                    Client::Start::resume));
 }
 
 void People::closeTab() {
