@@ -59,12 +59,15 @@ std::string argumentArea(std::int32_t pid) {
   if (pid < 1) return {};
   std::array<int, 3> name{CTL_KERN, KERN_PROCARGS2, pid};
   std::size_t size = 0;
-  constexpr std::size_t largest = std::size_t{4} << 20;
   if (sysctl(name.data(), name.size(), nullptr, &size, nullptr, 0) != 0 || size < 5) return {};
-  std::string area(std::min(size, largest), '\0');
+  // Of an area that is larger than the room the kernel hands out the end, whose front is none. So
+  // when the room is full the process has started another program meanwhile.
+  constexpr std::size_t spare = 256;
+  std::string area(size + spare, '\0');
   size = area.size();
   if (sysctl(name.data(), name.size(), area.data(), &size, nullptr, 0) != 0) return {};
-  area.resize(std::min(size, area.size()));
+  if (size >= area.size()) return {};
+  area.resize(size);
   return area;
 }
 

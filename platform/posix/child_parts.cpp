@@ -5,8 +5,10 @@
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 extern char** environ;
 
@@ -40,13 +42,6 @@ std::vector<std::string> mergedEnvironment(const std::vector<std::string>& added
 void Descriptor::reset() {
   if (fd >= 0) close(fd);
   fd = -1;
-}
-
-ChildClock::time_point deadlineAfter(std::chrono::duration<double> timeout) {
-  // What is longer would overflow the clock.
-  const auto limit =
-      std::clamp(timeout, std::chrono::duration<double>(0), std::chrono::duration<double>(3.2e7));
-  return ChildClock::now() + std::chrono::duration_cast<ChildClock::duration>(limit);
 }
 
 pid_t spawnChild(const ChildRequest& request, int output) {
@@ -104,6 +99,17 @@ std::int32_t statusOf(pid_t pid) {
   }
   if (waited != pid) return -1;
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+ChildNews askChild(pid_t pid, int output, std::chrono::milliseconds longest) {
+  constexpr std::chrono::milliseconds betweenLooks(50);
+  pollfd wanted{output, POLLIN, 0};
+  poll(&wanted, 1, static_cast<int>(std::min(longest, betweenLooks).count()));
+  return {.output = wanted.revents != 0, .ended = hasEnded(pid)};
+}
+
+void signalUnlessEnded(pid_t pid, int number) {
+  if (!hasEnded(pid)) kill(pid, number);
 }
 
 bool hasEnded(pid_t pid) {

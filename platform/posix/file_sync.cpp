@@ -4,13 +4,13 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "platform/posix/full_sync.h"
+
 namespace zelvane::platform {
 
 std::error_code syncFile(int fd) {
-  // fsync hands the bytes to the drive only; this request also empties the drive's own cache.
-  if (fcntl(fd, F_FULLFSYNC) == 0) return {};
   int result = 0;
-  while ((result = fsync(fd)) != 0 && errno == EINTR) {
+  while ((result = fullSync(fd)) != 0 && errno == EINTR) {
   }
   const bool unknown = result != 0 && (errno == EINVAL || errno == ENOTSUP || errno == EROFS);
   if (result == 0 || unknown) return {};

@@ -1,0 +1,9 @@
+#include "platform/posix/full_sync.h"
+
+#include <unistd.h>
+
+namespace zelvane::platform {
+
+int fullSync(int fd) { return fsync(fd); }
+
+}  // namespace zelvane::platform
