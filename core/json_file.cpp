@@ -55,9 +55,13 @@ std::optional<std::string> serialised(const Json& value) {
 
 }  // namespace
 
-std::optional<Json> parseJson(std::string_view text) {
+bool mayBeParsed(std::string_view text) {
   // The library takes a zero byte for the end, and would not see what follows it.
-  if (nestsTooDeep(text) || text.find('\0') != std::string_view::npos) return std::nullopt;
+  return !nestsTooDeep(text) && text.find('\0') == std::string_view::npos;
+}
+
+std::optional<Json> parseJson(std::string_view text) {
+  if (!mayBeParsed(text)) return std::nullopt;
   auto value = Json::parse(text, nullptr, /*allow_exceptions=*/false);
   if (value.is_discarded()) return std::nullopt;
   return value;

@@ -13,6 +13,10 @@ namespace zelvane {
 
 using Json = nlohmann::json;
 
+/// Whether the library may be given the text: it has no zero byte and is not nested deeper than
+/// 512.
+bool mayBeParsed(std::string_view text);
+
 /// Parses one JSON value. Nothing when it is not JSON, not UTF-8, or nested deeper than 512.
 std::optional<Json> parseJson(std::string_view text);
 

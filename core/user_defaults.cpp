@@ -13,6 +13,14 @@ namespace fs = std::filesystem;
 constexpr std::size_t largestSettings = std::size_t{4} << 20;
 constexpr Seconds lockPatience(1);
 
+/// Whether that changed anything.
+bool put(Json& settings, const std::string& key, const Json& value) {
+  Json& place = settings[key];
+  if (place == value) return false;
+  place = value;
+  return true;
+}
+
 }  // namespace
 
 std::optional<Json> UserDefaults::value(const std::string& key) const {
@@ -21,16 +29,32 @@ std::optional<Json> UserDefaults::value(const std::string& key) const {
   return found ? std::optional(*found) : std::nullopt;
 }
 
+std::uint64_t UserDefaults::setAll(const Json& values, std::uint64_t known) {
+  for (const auto& [key, value] : values.items()) set(key, value);
+  return known;
+}
+
 Json FileDefaults::values() const {
   return JSONFile::load(path_, largestSettings).value_or(Json::object());
 }
 
 void FileDefaults::set(const std::string& key, const Json& value) {
-  change([&](Json& settings) { settings[key] = value; });
+  change([&](Json& settings) { return put(settings, key, value); });
+}
+
+std::uint64_t FileDefaults::setAll(const Json& values, std::uint64_t known) {
+  bool knewAll = false;
+  const auto after = change([&](Json& settings) {
+    knewAll = version() == known;
+    bool changed = false;
+    for (const auto& [key, value] : values.items()) changed = put(settings, key, value) || changed;
+    return changed;
+  });
+  return after && knewAll ? *after : known;
 }
 
 void FileDefaults::remove(const std::string& key) {
-  change([&](Json& settings) { settings.erase(key); });
+  change([&](Json& settings) { return settings.erase(key) > 0; });
 }
 
 /// The file is replaced as a whole: a new one has another inode or time.
@@ -43,18 +67,21 @@ std::uint64_t FileDefaults::version() const {
          static_cast<std::uint64_t>(info.st_size) << 40;
 }
 
-void FileDefaults::change(const std::function<void(Json& settings)>& edit) {
+/// `edit` tells whether it changed anything. The version afterwards; nothing when nothing could be
+/// changed.
+std::optional<std::uint64_t> FileDefaults::change(const std::function<bool(Json& settings)>& edit) {
   const std::lock_guard alone(writing_);
   std::error_code failed;
   fs::create_directories(fs::path(path_).parent_path(), failed);
   const FileLock::Scope lock(path_ + ".lock", lockPatience);
-  const auto settings = lock ? changeable() : std::nullopt;
-  if (!settings) return;
-  Json changed = *settings;
-  edit(changed);
-  // A link stays one: what it leads to is replaced.
-  const auto target = fs::canonical(path_, failed);
-  if (changed != *settings) (void)JSONFile::writeAtomic(changed, failed ? path_ : target.string());
+  auto settings = lock ? changeable() : std::nullopt;
+  if (!settings) return std::nullopt;
+  if (edit(*settings)) {
+    // A link stays one: what it leads to is replaced.
+    const auto target = fs::canonical(path_, failed);
+    (void)JSONFile::writeAtomic(*settings, failed ? path_ : target.string());
+  }
+  return version();
 }
 
 /// The settings as they are to be changed: none yet, those of the file, or none after a damaged

@@ -22,24 +22,28 @@ class UserDefaults {
   std::optional<Json> value(const std::string& key) const;
   /// Saves the value. A failure is silent: settings are a convenience.
   virtual void set(const std::string& key, const Json& value) = 0;
+  /// Saves several, given by name in an object; in one go, where that can be. Returns the version
+  /// that a caller knows then who knew `known`: the new one, unless others changed something, too.
+  virtual std::uint64_t setAll(const Json& values, std::uint64_t known);
   virtual void remove(const std::string& key) = 0;
   /// A number that changes with the values, whoever changes them.
   virtual std::uint64_t version() const = 0;
 };
 
 /// Settings in one JSON file. Several processes may write it: a write takes the file's lock and
-/// changes one key of what then lies there, or gives up when another holds the lock for a second. A
-/// damaged file is kept aside before it is replaced; one that cannot be read is left alone.
+/// changes its keys in what then lies there, or gives up when another holds the lock for a second.
+/// A damaged file is kept aside before it is replaced; one that cannot be read is left alone.
 class FileDefaults : public UserDefaults {
  public:
   explicit FileDefaults(std::string path) : path_(std::move(path)) {}
   Json values() const override;
   void set(const std::string& key, const Json& value) override;
+  std::uint64_t setAll(const Json& values, std::uint64_t known) override;
   void remove(const std::string& key) override;
   std::uint64_t version() const override;
 
  private:
-  void change(const std::function<void(Json& settings)>& edit);
+  std::optional<std::uint64_t> change(const std::function<bool(Json& settings)>& edit);
   std::optional<Json> changeable() const;
 
   std::string path_;

@@ -70,6 +70,16 @@ TEST(FileDefaults, DoNotWaitForEverForAnotherWriter) {
   EXPECT_EQ(folder.read("settings.json"), "");
 }
 
+TEST(FileDefaults, TellWhoSavedWhetherOthersDidToo) {
+  const TemporaryFolder folder;
+  FileDefaults own(folder.path("settings.json"));
+  const auto first = own.setAll({{"a", 1}, {"b", 1}}, own.version());
+  EXPECT_EQ(own.version(), first);
+  FileDefaults(folder.path("settings.json")).set("pinned", Json::array({"x"}));
+  EXPECT_EQ(own.setAll({{"b", 2}}, first), first) << "there is something to be read";
+  EXPECT_EQ(own.values(), Json({{"a", 1}, {"b", 2}, {"pinned", {"x"}}}));
+}
+
 TEST(FileDefaults, TwoWritingProcessesLoseNothing) {
   const TemporaryFolder folder;
   const auto path = folder.path("settings.json");

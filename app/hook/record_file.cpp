@@ -1,7 +1,12 @@
 #include "app/hook/record_file.h"
 
 #include <cerrno>
+#include <dirent.h>
+#include <fcntl.h>
 #include <filesystem>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "core/file_lock.h"
 #include "core/private_folder.h"
@@ -63,18 +68,19 @@ bool changeRecord(const RecordFolder& folder, const std::string& sessionId,
   return result == Attempt::done;
 }
 
+/// There may be thousands, and Claude Code waits: one look at each, from within the folder.
 void removeRecordsOlderThan(const RecordFolder& folder, Time time) {
-  std::error_code failed;
-  for (auto entry = fs::directory_iterator(folder.records, failed);
-       !failed && entry != fs::end(entry); entry.increment(failed)) {
-    std::error_code unknown;
-    const bool plain = fs::is_regular_file(entry->symlink_status(unknown));
-    const auto name = entry->path().filename().native();
-    const bool ours = name.ends_with(".json") || name.find(".json.tmp") != std::string::npos;
-    if (!plain || !ours) continue;
-    const auto written = fs::last_write_time(entry->path(), unknown);
-    if (unknown || std::chrono::file_clock::to_sys(written) >= time) continue;
-    fs::remove(entry->path(), unknown);
+  const std::unique_ptr<DIR, int (*)(DIR*)> listing(opendir(folder.records.c_str()), closedir);
+  while (const dirent* entry = listing ? readdir(listing.get()) : nullptr) {
+    const std::string_view name = entry->d_name;
+    const bool ours = name.ends_with(".json") || name.find(".json.tmp") != std::string_view::npos;
+    if (!ours) continue;
+    struct stat info {};
+    const int folderItself = dirfd(listing.get());
+    const bool known = fstatat(folderItself, entry->d_name, &info, AT_SYMLINK_NOFOLLOW) == 0;
+    if (!known || !S_ISREG(info.st_mode)) continue;
+    const bool old = timeAt(static_cast<double>(info.st_mtime)) < time;
+    if (old) unlinkat(folderItself, entry->d_name, 0);
   }
 }
 

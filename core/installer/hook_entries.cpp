@@ -21,12 +21,21 @@ Json ourGroup(const HookEvent& event, const std::string& command) {
 bool stripGroup(Json& group) {
   const Json* entries = get::list(group, "hooks");
   if (!entries || entries->empty()) return true;
-  Json kept = Json::array();
-  std::copy_if(entries->begin(), entries->end(), std::back_inserter(kept),
-               [](const Json& entry) { return !isOurs(entry); });
-  const bool stays = !kept.empty();
-  group["hooks"] = std::move(kept);
-  return stays;
+  auto& list = group["hooks"].get_ref<Json::array_t&>();
+  std::erase_if(list, isOurs);
+  return !list.empty();
+}
+
+/// Whether all but the hooks is the same.
+bool sameOtherwise(const Json& a, const Json& b) {
+  const auto others = [](const Json& settings) {
+    return settings.size() - settings.count("hooks");
+  };
+  const auto items = a.items();
+  return others(a) == others(b) && std::all_of(items.begin(), items.end(), [&](const auto& item) {
+           const auto its = b.find(item.key());
+           return item.key() == "hooks" || (its != b.end() && *its == item.value());
+         });
 }
 
 }  // namespace
@@ -46,18 +55,18 @@ bool hasOurEntries(const Json& settings) {
   return false;
 }
 
-Json strip(const Json& hooks) {
+Json strip(Json hooks) {
   Json result = Json::object();
-  for (const auto& [event, groups] : hooks.items()) {
-    if (!groups.is_array()) {
-      result[event] = groups;
+  for (auto& [event, groups] : hooks.items()) {
+    if (!groups.is_array() || groups.empty()) {
+      result[event] = std::move(groups);
       continue;
     }
     Json kept = Json::array();
-    for (Json group : groups) {
+    for (Json& group : groups) {
       if (stripGroup(group)) kept.push_back(std::move(group));
     }
-    if (!kept.empty() || groups.empty()) result[event] = std::move(kept);
+    if (!kept.empty()) result[event] = std::move(kept);
   }
   return result;
 }
@@ -69,25 +78,21 @@ bool hasRoomForOurs(const Json& hooks) {
   });
 }
 
-Json withOurs(const Json& hooks, const std::string& command) {
-  Json result = strip(hooks);
+Json withOurs(Json hooks, const std::string& command) {
+  Json result = strip(std::move(hooks));
   for (const auto& event : hookEvents) {
-    const std::string name(event.name);
-    Json groups = Json::array({ourGroup(event, command)});
-    if (const Json* others = get::list(result, name)) {
-      groups.insert(groups.end(), others->begin(), others->end());
-    }
-    result[name] = std::move(groups);
+    Json& groups = result[std::string(event.name)];
+    if (!groups.is_array()) groups = Json::array();
+    groups.insert(groups.begin(), ourGroup(event, command));
   }
   return result;
 }
 
-Json dropEmpty(const Json& hooks) {
-  Json result = Json::object();
-  for (const auto& [event, groups] : hooks.items()) {
-    if (!groups.is_array() || !groups.empty()) result[event] = groups;
-  }
-  return result;
+Json dropEmpty(Json hooks) {
+  std::erase_if(hooks.get_ref<Json::object_t&>(), [](const auto& member) {
+    return member.second.is_array() && member.second.empty();
+  });
+  return hooks;
 }
 
 Json hooksOf(const Json& settings) {
@@ -96,11 +101,7 @@ Json hooksOf(const Json& settings) {
 }
 
 bool sameExceptOurs(const Json& a, const Json& b) {
-  const auto rest = [](Json settings) {
-    settings.erase("hooks");
-    return settings;
-  };
-  return rest(a) == rest(b) && dropEmpty(strip(hooksOf(a))) == dropEmpty(strip(hooksOf(b)));
+  return sameOtherwise(a, b) && dropEmpty(strip(hooksOf(a))) == dropEmpty(strip(hooksOf(b)));
 }
 
 }  // namespace zelvane

@@ -39,11 +39,11 @@ bool hasRoomForOurs(const Json& hooks);
 // The next three take and return the value of "hooks", an object.
 
 /// Without our entries, and without the containers that only they filled.
-Json strip(const Json& hooks);
+Json strip(Json hooks);
 /// With exactly one group of ours, first, at each of our events.
-Json withOurs(const Json& hooks, const std::string& command);
+Json withOurs(Json hooks, const std::string& command);
 /// Without empty arrays.
-Json dropEmpty(const Json& hooks);
+Json dropEmpty(Json hooks);
 
 /// The settings' hooks; an empty object when there are none or they are no object.
 Json hooksOf(const Json& settings);

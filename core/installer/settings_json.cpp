@@ -143,6 +143,7 @@ void write(const Json& value, std::size_t indent, std::string& out) {
 
 /// A key as it is meant: `raw` with its escapes resolved.
 std::string decodedKey(std::string_view raw) {
+  if (raw.find('\\') == std::string_view::npos) return std::string(raw);
   const auto text = "\"" + std::string(raw) + "\"";
   const auto parsed = Json::parse(text, nullptr, /*allow_exceptions=*/false);
   return parsed.is_string() ? parsed.get<std::string>() : std::string(raw);
@@ -194,12 +195,11 @@ bool hasDuplicateKeys(std::string_view bytes) {
 
 std::optional<Json> parseSettings(std::string_view bytes) {
   if (isBlank(bytes)) return Json::object();
-  // Checks the nesting too, before anything is built.
-  const auto checked = parseJson(bytes);
-  if (!checked || !checked->is_object()) return std::nullopt;
   ExactDocument document;
-  if (!Json::sax_parse(bytes, &document)) return std::nullopt;
-  return document.take();
+  if (!mayBeParsed(bytes) || !Json::sax_parse(bytes, &document)) return std::nullopt;
+  auto settings = document.take();
+  if (!settings.is_object()) return std::nullopt;
+  return settings;
 }
 
 std::optional<std::string> settingsText(const Json& settings) {

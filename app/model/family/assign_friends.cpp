@@ -33,7 +33,10 @@ class Assignment {
     const auto chosen = allUsed ? random_(count_) : unused(random_(count_ - used_.size()));
     memory_.friendOf[id] = static_cast<std::int64_t>(chosen);
     used_.insert(chosen);
+    hasChosen_ = true;
   }
+
+  bool hasChosen() const { return hasChosen_; }
 
  private:
   std::optional<std::size_t> ownOf(const std::string& id) const {
@@ -54,14 +57,12 @@ class Assignment {
   FriendMemory& memory_;
   const Random& random_;
   std::set<std::size_t> used_;
+  bool hasChosen_ = false;
 };
 
-void forget(FriendMemory& memory, Time now) {
-  // What was saved without a time has been seen at least once, by now.
-  for (const auto& entry : memory.friendOf) {
-    memory.friendSeen.emplace(entry.first, secondsSince1970(now));
-  }
-  std::erase_if(memory.friendSeen, [&](const auto& seen) {
+/// How many were forgotten.
+std::size_t forget(FriendMemory& memory, Time now) {
+  return std::erase_if(memory.friendSeen, [&](const auto& seen) {
     const bool old = now - timeAt(seen.second) > remembered;
     if (old) memory.friendOf.erase(seen.first);
     return old;
@@ -70,8 +71,9 @@ void forget(FriendMemory& memory, Time now) {
 
 }  // namespace
 
-void assignFriends(const std::vector<std::string>& ids, const std::set<std::string>& liveBefore,
-                   std::size_t count, FriendMemory& memory, const Random& random, Time now) {
+FriendsChange assignFriends(const std::vector<std::string>& ids,
+                            const std::set<std::string>& liveBefore, std::size_t count,
+                            FriendMemory& memory, const Random& random, Time now) {
   Assignment assignment(count, memory, random);
   std::set<std::string> given;  // an id that is listed twice is one session
   for (const auto& id : ids) {
@@ -85,13 +87,14 @@ void assignFriends(const std::vector<std::string>& ids, const std::set<std::stri
     if (given.insert(id).second) assignment.choose(id);
   }
   for (const auto& id : given) memory.friendSeen[id] = secondsSince1970(now);
-  forget(memory, now);
+  if (forget(memory, now) > 0 || assignment.hasChosen()) return FriendsChange::characters;
+  return given.empty() ? FriendsChange::none : FriendsChange::times;
 }
 
-bool friendsToSave(const FriendMemory& before, const FriendMemory& after, Time now) {
-  if (before.friendOf != after.friendOf) return true;
+bool friendsToSave(FriendsChange change, Time now) {
   const auto second = wholeSeconds(now) % 60;
-  return second >= 0 && second <= 9 && before.friendSeen != after.friendSeen;
+  const bool timesAreDue = second >= 0 && second <= 9;
+  return change == FriendsChange::characters || (change == FriendsChange::times && timesAreDue);
 }
 
 }  // namespace zelvane

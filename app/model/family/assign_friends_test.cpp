@@ -98,28 +98,29 @@ TEST(AssignFriends, GivesFreeOnesAndLeavesEachItsOwn) {
 
 TEST(AssignFriends, ForgetsAfterThirtyDays) {
   const double days30 = 2'592'000;
-  FriendMemory memory{{{"recent", 0}, {"old", 1}, {"live", 2}, {"untold", 0}},
+  FriendMemory memory{{{"recent", 0}, {"old", 1}, {"live", 2}},
                       {{"recent", nowSeconds - days30},
                        {"old", nowSeconds - days30 - 1},
                        {"live", 0},
                        {"stray", 0}}};
-  assignFriends({"live"}, {}, 3, memory, lowest, now);
-  EXPECT_THAT(memory.friendOf, ElementsAre(Pair("live", 2), Pair("recent", 0), Pair("untold", 0)));
+  EXPECT_EQ(assignFriends({"live"}, {}, 3, memory, lowest, now), FriendsChange::characters);
+  EXPECT_THAT(memory.friendOf, ElementsAre(Pair("live", 2), Pair("recent", 0)));
   EXPECT_THAT(memory.friendSeen,
-              ElementsAre(Pair("live", nowSeconds), Pair("recent", nowSeconds - days30),
-                          Pair("untold", nowSeconds)));
+              ElementsAre(Pair("live", nowSeconds), Pair("recent", nowSeconds - days30)));
 }
 
 TEST(AssignFriends, SavesChangesAtOnceAndTimesOnceAMinute) {
-  const FriendMemory before{{{"a", 0}}, {{"a", 1}}};
-  const FriendMemory later{{{"a", 0}}, {{"a", 2}}};
-  const FriendMemory changed{{{"a", 1}}, {{"a", 1}}};
+  FriendMemory memory;
   const Time minute = timeAt(1'800'000'000);
-  EXPECT_TRUE(friendsToSave(before, changed, minute + Seconds(30)));
+  const auto savedWith = [&](const Ids& ids, int second) {
+    const Time then = minute + Seconds(second);
+    return friendsToSave(assignFriends(ids, {}, 3, memory, lowest, then), then);
+  };
+  EXPECT_TRUE(savedWith({"a"}, 30)) << "it got a character";
   for (const auto& [second, save] : {std::pair(0, true), {9, true}, {10, false}, {59, false}}) {
-    EXPECT_EQ(friendsToSave(before, later, minute + Seconds(second)), save) << second;
+    EXPECT_EQ(savedWith({"a"}, second), save) << second;
   }
-  EXPECT_FALSE(friendsToSave(before, before, minute)) << "nothing to save";
+  EXPECT_FALSE(savedWith({}, 0)) << "nothing to save";
 }
 
 }  // namespace

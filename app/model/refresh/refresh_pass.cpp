@@ -39,6 +39,7 @@ void followSessions(const RefreshInputs& inputs, Time now, RefreshResult& result
       const auto character = friendOf.find(from);
       if (character != friendOf.end() && !pending->second.ownCharacter) {
         friendOf[id] = character->second;
+        result.saveFriends = !inputs.choices.readOnly;
       }
     }
     if (source) memory.pendingCarry.erase(pending);
@@ -58,7 +59,7 @@ std::set<std::string> sessionsIn(const RefreshMemory& memory) {
 }
 
 void giveCharacters(const RefreshInputs& inputs, const std::set<std::string>& liveBefore, Time now,
-                    FriendMemory& friends) {
+                    RefreshResult& result) {
   std::vector<std::string> ids;
   for (const auto& live : inputs.live) ids.push_back(live.proc.sessionId);
   // Ids are random themselves; a command that may save nothing draws the same again.
@@ -67,7 +68,9 @@ void giveCharacters(const RefreshInputs& inputs, const std::set<std::string>& li
   std::seed_seq seed(all.begin(), all.end());
   std::mt19937_64 numbers(seed);
   const Random random = [&](std::size_t below) { return numbers() % below; };
-  assignFriends(ids, liveBefore, inputs.friendCount, friends, random, now);
+  const auto change =
+      assignFriends(ids, liveBefore, inputs.friendCount, result.memory.friends, random, now);
+  if (!inputs.choices.readOnly && friendsToSave(change, now)) result.saveFriends = true;
 }
 
 void keepTitles(const RefreshInputs& inputs, Time now, RefreshMemory& memory) {
@@ -210,12 +213,9 @@ RefreshResult refreshPass(const RefreshInputs& inputs, RefreshMemory memory, Tim
   RefreshResult result;
   result.memory = std::move(memory);
   keepTitles(inputs, now, result.memory);
-  const auto friendsBefore = result.memory.friends;
   const auto liveBefore = sessionsIn(result.memory);
   followSessions(inputs, now, result);
-  giveCharacters(inputs, liveBefore, now, result.memory.friends);
-  result.saveFriends =
-      !inputs.choices.readOnly && friendsToSave(friendsBefore, result.memory.friends, now);
+  giveCharacters(inputs, liveBefore, now, result);
   RowBuilder builder(inputs, now, result);
   for (const auto& live : inputs.live) result.rows.push_back(builder.row(live));
   orderRows(result.rows, inputs.choices.pins);

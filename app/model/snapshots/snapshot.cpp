@@ -30,13 +30,15 @@ double lastSeen(const Json& item, double otherwise) {
   return get::num(item, "last_seen").value_or(otherwise);
 }
 
+/// A day may have hundreds of items: each is copied once.
 Json newestFirst(const std::map<std::string, Json>& items) {
-  std::vector<Json> sorted;
-  for (const auto& [id, item] : items) sorted.push_back(item);
-  std::stable_sort(sorted.begin(), sorted.end(), [](const Json& one, const Json& other) {
-    return lastSeen(one, 0) > lastSeen(other, 0);
-  });
-  return sorted;
+  std::vector<std::pair<double, const Json*>> sorted;
+  for (const auto& [id, item] : items) sorted.emplace_back(lastSeen(item, 0), &item);
+  std::stable_sort(sorted.begin(), sorted.end(),
+                   [](const auto& one, const auto& other) { return one.first > other.first; });
+  Json list = Json::array();
+  for (const auto& [seen, item] : sorted) list.push_back(*item);
+  return list;
 }
 
 std::map<std::string, Json> bySession(const Json& items) {
@@ -76,7 +78,9 @@ std::optional<Json> autosnapshot(const std::vector<ZelvaneSession>& rows, Snapsh
   if (signature == memory.signature && fresh) return std::nullopt;
   memory.signature = std::move(signature);
   memory.writtenAt = now;
-  return Json{{"v", 2}, {"saved_at", secondsSince1970(now)}, {"items", newestFirst(memory.items)}};
+  Json snapshot{{"v", 2}, {"saved_at", secondsSince1970(now)}};
+  snapshot["items"] = newestFirst(memory.items);
+  return snapshot;
 }
 
 std::optional<Json> quitMarked(std::optional<Json> snapshot, Time now) {

@@ -42,6 +42,10 @@ SavedSettings savedSettings(const UserDefaults& userDefaults, Time now) {
                 [&](const auto& entry) { return now - timeAt(entry.second) > ackedLifetime; });
   settings.friendOf = numbers<std::int64_t>(defaults, "friendOf");
   settings.friendSeen = numbers<double>(defaults, "friendSeen");
+  // What was saved without a time has been seen at least once, by now.
+  for (const auto& entry : settings.friendOf) {
+    settings.friendSeen.try_emplace(entry.first, secondsSince1970(now));
+  }
   return settings;
 }
 

@@ -170,8 +170,7 @@ void ZelvaneStore::saveFriends() {
   options_.mainThread([weak = weak_from_this(), friends = memory_.friends] {
     const auto self = weak.lock();
     if (!self || self->readOnly_) return;
-    self->options_.defaults->set("friendOf", friends.friendOf);
-    self->options_.defaults->set("friendSeen", friends.friendSeen);
+    self->saveSettings({{"friendOf", friends.friendOf}, {"friendSeen", friends.friendSeen}});
   });
 }
 
@@ -190,6 +189,11 @@ void ZelvaneStore::publish(std::vector<ZelvaneSession> rows, std::vector<Json> p
   followSettings();
   setEditing(editingAfter(editing_, sessions_));
   notify(Change::passed);
+}
+
+/// What only we changed need not be read again.
+void ZelvaneStore::saveSettings(const Json& values) {
+  settingsVersion_ = options_.defaults->setAll(values, settingsVersion_);
 }
 
 /// Takes over what a command has acknowledged or pinned meanwhile.
@@ -270,7 +274,7 @@ void ZelvaneStore::togglePin(const ZelvaneSession& session) {
 
 void ZelvaneStore::setPinned(std::vector<std::string> pinned) {
   pinned_ = std::move(pinned);
-  options_.defaults->set("pinned", pinned_);
+  saveSettings({{"pinned", pinned_}});
   {
     const std::lock_guard lock(lock_);
     shared_.pins = pinned_;

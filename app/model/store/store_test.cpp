@@ -267,7 +267,7 @@ TEST(SavedSettings, TreatOtherTypesAsAbsent) {
                                     {"anchorTop", false},
                                     {"pinned", {"x"}},
                                     {"acked", {{"new", 1'799'395'200}, {"old", 1'799'395'199}}},
-                                    {"friendOf", {{"x", 2}}},
+                                    {"friendOf", {{"untold", 1}, {"x", 2}}},
                                     {"friendSeen", {{"x", 1.5}}}}),
                     now);
   EXPECT_EQ(good.theme, ThemeID::a);
@@ -275,6 +275,8 @@ TEST(SavedSettings, TreatOtherTypesAsAbsent) {
   EXPECT_THAT(good.pinned, ElementsAre("x"));
   EXPECT_THAT(good.acked, ElementsAre(std::pair("new", 1'799'395'200)));
   EXPECT_EQ(good.friendOf.at("x"), 2);
+  EXPECT_THAT(good.friendSeen,
+              ElementsAre(std::pair("untold", 1'800'000'000), std::pair("x", 1.5)));
 
   const auto bad = savedSettings(MemoryDefaults({{"theme", "x"},
                                                  {"anchorTop", "no"},
