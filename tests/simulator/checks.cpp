@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <tuple>
 
 #include "tests/simulator/client.h"
 
@@ -112,26 +111,29 @@ void Checks::statesFollowTheirSources(const View& view, const Rows& rows) const 
 void Checks::statesAreTrue(const View& view, const Rows& rows) const {
   if (clockIsBehind(view)) return;
   for (const auto& row : rows) {
-    const auto& [truth, truthSince] =
-        std::tie(view.rows.at(keyOf(row)).truth, view.rows.at(keyOf(row)).truthSince);
-    const bool timed =
-        truthSince && (row.state == ZelvaneState::working || row.state == ZelvaneState::done);
-    if (truth == row.state && timed && std::abs(secondsSince1970(*row.since) - *truthSince) > 0.5) {
-      broken("a row shows since when its session truly does it",
-             name(keyOf(row)) + ": " + std::to_string(secondsSince1970(*row.since)) + " is not " +
-                 std::to_string(*truthSince));
+    const auto& seen = view.rows.at(keyOf(row));
+    if (!seen.truth) continue;
+    if (row.state != *seen.truth) {
+      broken("a row shows what its session truly does",
+             name(keyOf(row)) + " shows " + stateName(row.state) + " but is " +
+                 stateName(*seen.truth) +
+                 "; record: " + world_.record(row.id).value_or(Json()).dump());
     }
-    if (!truth || *truth == row.state) continue;
-    broken("a row shows what its session truly does",
-           name(keyOf(row)) + " shows " + stateName(row.state) + " but is " + stateName(*truth) +
-               "; record: " + world_.record(row.id).value_or(Json()).dump());
+    const bool timed = row.state == ZelvaneState::working || row.state == ZelvaneState::done;
+    if (!timed || !seen.truthSince) continue;
+    const double since = secondsSince1970(*row.since);
+    if (std::abs(since - *seen.truthSince) > 0.5) {
+      broken("a row shows since when its session truly does it",
+             name(keyOf(row)) + ": " + std::to_string(since) + " is not " +
+                 std::to_string(*seen.truthSince));
+    }
   }
 }
 
 void Checks::rowsAreOrdered(const View& view, const Rows& rows) const {
   for (std::size_t i = 1; i < rows.size(); ++i) {
-    const auto wrong = orderBroken(rows[i - 1], rows[i], view.pins);
-    if (wrong) broken("rows are in order", *wrong + ": " + rows[i - 1].id + ", " + rows[i].id);
+    if (inOrder(rows[i - 1], rows[i], view.pins)) continue;
+    broken("rows are in order", rows[i - 1].id + ", " + rows[i].id);
   }
 }
 
@@ -163,17 +165,16 @@ void Checks::titlesAreFresh(const View& view, const Rows& rows) const {
 }
 
 void Checks::notesAreKeptAndShown(const View& view, const Rows& rows) {
-  if (world_.journal.steps() % 50 == 0) (void)ledger_.file();
+  if (world_.journal.steps() % 50 == 0) (void)ledger_.kept();
   constexpr Seconds saved(2);
   const bool quiet = view.uptime - ledger_.lastTyped() > saved && !diskWasFull(Seconds(20)) &&
                      (world_.clears.empty() || view.uptime - world_.clears.back().at > Seconds(20));
   if (!quiet || typedChecked_ == ledger_.typed()) return;
   typedChecked_ = ledger_.typed();
-  ledger_.check();
-  const auto file = ledger_.file();
-  if (!file) return;
+  const auto kept = ledger_.kept();
+  ledger_.check(kept);
   for (const auto& row : rows) {
-    const auto entry = (*file)["entries"].value(row.id, Json::object());
+    const auto entry = kept.value(row.id, Json::object());
     const bool sameMemo = row.memo.value_or("") == entry.value("memo", "");
     const bool sameTitle =
         row.renamed ? row.title == entry.value("title", "") : !entry.contains("title");

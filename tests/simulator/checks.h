@@ -19,7 +19,9 @@ class Checks {
   void windowClosed(std::set<std::string> sids);
   /// The machine goes down, now or after it closed everything.
   void goesDown();
-  /// The column was started; after the machine when `rebooted`.
+  /// The column is about to end, by a quit or without a word.
+  void ends(bool byQuit);
+  /// The column was started, and has done nothing yet; after the machine when `rebooted`.
   void launched(bool rebooted);
   void dismissed() { dismissedAt_ = world_.time.uptime(); }
   std::uint64_t rowsSeen() const { return rowsSeen_; }
@@ -57,8 +59,9 @@ class Checks {
   std::set<std::string> closedTogether_;          ///< by closing a window
   Seconds closedAt_{0};
   Seconds dismissedAt_{-1e9};
-  std::set<std::string> openAtTheEnd_;  ///< when the machine went down, to be offered
-  double wentDownAt_ = 0;               ///< since 1970
+  std::set<std::string> openAtTheEnd_;  ///< when the column ended, or the machine went down
+  std::optional<double> quitAt_;        ///< since 1970, when the column's last run was quit
+  std::optional<Json> offerBefore_;     ///< the reboot's offer that lay there at the start
   bool rebooted_ = false;
   bool frozen_ = false;
   std::uint64_t typedChecked_ = 0;

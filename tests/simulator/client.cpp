@@ -38,17 +38,20 @@ Client::Client(World& world, std::string tty, std::string cwd, std::string sid, 
       honest_ = false;
     }
   }
-  begin(start);
+  later(world_.dice.between(0.8, 1.5), [this, start] {
+    // Until now a file that was left behind under its process's id looked like a session of it.
+    const auto left = world_.files.find(std::to_string(pid_) + ".json");
+    if (left != world_.files.end()) world_.endedAt[left->second.sid] = world_.time.uptime();
+    begin("", start == Start::fresh ? "startup" : "resume", 0.2);
+  });
 }
 
-void Client::begin(Start start) {
-  later(world_.dice.between(0.8, 1.5), [this, start] {
-    file("");
-    hook("SessionStart", {{"source", start == Start::fresh ? "startup" : "resume"}}, 0.2);
-    later(0.4, [this] {
-      doing_ = Doing::idle;
-      file("idle");
-    });
+void Client::begin(const std::string& status, const std::string& source, double hookAfter) {
+  file(status);
+  hook("SessionStart", {{"source", source}}, hookAfter);
+  later(0.4, [this] {
+    doing_ = Doing::idle;
+    file("idle");
   });
 }
 
@@ -171,16 +174,13 @@ void Client::finish() {
 
 void Client::startBackground(const char* type) {
   const auto id = "b" + std::to_string(world_.dice.below(1'000'000'000));
-  const bool shell = std::string(type) == "shell";
-  if (shell) {
-    hook("PostToolUse", {{"tool_name", "Bash"},
-                         {"tool_input", {{"description", "기다림"}}},
-                         {"tool_response", {{"backgroundTaskId", id}}}});
-  } else {
-    hook("PostToolUse", {{"tool_name", "Agent"},
-                         {"tool_response",
-                          {{"status", "async_launched"}, {"agentId", id}, {"description", "셈"}}}});
-  }
+  const Json shell = {{"tool_name", "Bash"},
+                      {"tool_input", {{"description", "기다림"}}},
+                      {"tool_response", {{"backgroundTaskId", id}}}};
+  const Json agent = {
+      {"tool_name", "Agent"},
+      {"tool_response", {{"status", "async_launched"}, {"agentId", id}, {"description", "셈"}}}};
+  hook("PostToolUse", type == std::string("shell") ? shell : agent);
   background_[id] = {type, now(world_) + 0.03};
 }
 
@@ -223,12 +223,7 @@ void Client::clear() {
     background_.clear();
     ++world_.sessionsBegun;
     world_.journal.event("client " + std::to_string(pid_) + " clears to " + sid_);
-    file("busy");
-    hook("SessionStart", {{"source", "clear"}}, 0.3);
-    later(0.4, [this] {
-      doing_ = Doing::idle;
-      file("idle");
-    });
+    begin("busy", "clear", 0.3);
   });
 }
 
@@ -338,7 +333,7 @@ void Client::deliver(const Json& payload) {
                      },
                      [&] { return own == world_.files.end() ? "" : own->second.status; },
                      world_.time.wall()});
-  if (event == "UserPromptSubmit") turnBegan_ = now(world_);
+  if (event == "UserPromptSubmit" && sid == sid_) turnBegan_ = now(world_);
   if (event == "Stop" && sid == sid_ && doing_ == Doing::idle) finishedAt_ = now(world_);
   world_.recordTouched(sid);
 }

@@ -25,7 +25,6 @@ class Client {
 
   const std::string& sid() const { return sid_; }
   const std::string& tty() const { return tty_; }
-  const std::string& cwd() const { return cwd_; }
   std::int32_t pid() const { return pid_; }
   bool isAlive() const { return alive_; }
   /// Its process is gone and nothing of it is still to come.
@@ -33,7 +32,6 @@ class Client {
   /// Whether its file and its record, once both are written, tell the whole truth.
   bool isHonest() const { return honest_ && pending_ == 0 && alive_; }
   void distrust() { honest_ = false; }
-  bool isIdle() const { return doing_ == Doing::idle; }
 
   /// What a row must show for it, given when the user last looked at the session.
   ZelvaneState truth(std::optional<double> lookedAt) const;
@@ -50,7 +48,7 @@ class Client {
  private:
   enum class Doing { starting, idle, working, asking, questioned };
 
-  void begin(Start start);
+  void begin(const std::string& status, const std::string& source, double hookAfter);
   void prompt();
   void work();
   void ask();

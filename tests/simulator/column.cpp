@@ -141,55 +141,43 @@ void Column::post(std::function<void()> task) {
 }
 
 void Column::beginView(Time now) {
-  view_ = {.now = now, .uptime = world_.time.uptime(), .files = world_.files};
-  view_.pins = store_->pinned();
-  for (const auto& [name, file] : view_.files) {
-    view_.ttys[file.pid] = world_.machine.tty(file.pid);
-    view_.recordChanges[file.sid] = world_.recordChanges[file.sid];
+  view_ = {.now = now, .uptime = world_.time.uptime(), .pins = store_->pinned()};
+  for (const auto& [name, file] : world_.files) {
+    auto& row = view_.rows[{file.pid, file.sid}];
+    row = {.file = file, .ttyBefore = world_.machine.tty(file.pid)};
+    row.recordChanges = world_.recordChanges[file.sid];
     const auto looked = world_.lookedAt.find(file.sid);
-    if (looked != world_.lookedAt.end()) view_.lookedAt.insert(*looked);
+    if (looked != world_.lookedAt.end()) row.lookedAt = looked->second;
   }
 }
 
-View::Row Column::viewed(const FileTruth& file) const {
-  const auto lookedAt = view_.lookedAt.find(file.sid);
-  const auto looked =
-      lookedAt == view_.lookedAt.end() ? std::nullopt : std::optional(lookedAt->second);
-  View::Row row{.file = file, .tty = world_.machine.tty(file.pid)};
-  for (const auto& [name, before] : view_.files) {
-    if (before.pid != file.pid || before.sid != file.sid) continue;
-    row.ttyBefore = view_.ttys.at(file.pid);
-    row.sure = row.tty && row.tty == row.ttyBefore;
-    row.still = row.sure && before == file &&
-                view_.recordChanges.at(file.sid) == world_.recordChanges.at(file.sid);
-  }
-  row.expected = expectedState(file, world_.record(file.sid), looked,
-                               row.tty && view_.front == row.tty, secondsSince1970(view_.now));
+void Column::endRow(View::Row& row, const FileTruth& file) {
+  row.tty = world_.machine.tty(file.pid);
+  row.sure = row.tty && row.tty == row.ttyBefore;
+  row.still = row.sure && row.file == file && row.recordChanges == world_.recordChanges[file.sid];
+  row.file = file;
+  const bool inFront = row.tty && view_.front == row.tty;
+  row.expected = expectedState(file, world_.record(file.sid).value_or(Json::object()), row.lookedAt,
+                               inFront, secondsSince1970(view_.now));
   const Client* client = world_.clientOf(file.sid);
-  if (row.still && client && client->pid() == file.pid && client->isHonest()) {
-    row.truth = client->truth(looked);
-    row.truthSince = client->truthSince();
-    if (row.truth == ZelvaneState::done && row.tty && view_.front == row.tty)
-      row.truth = ZelvaneState::idle;
-  }
-  return row;
+  if (!row.still || !client || client->pid() != file.pid || !client->isHonest()) return;
+  row.truth = client->truth(row.lookedAt);
+  row.truthSince = client->truthSince();
+  if (row.truth == ZelvaneState::done && inFront) row.truth = ZelvaneState::idle;
 }
 
+/// What was there at the beginning only may still be shown.
 void Column::endView() {
   for (const auto& [name, file] : world_.files) {
-    view_.rows[{file.pid, file.sid}] = viewed(file);
-  }
-  // What was there at the beginning may still be shown.
-  for (const auto& [name, file] : view_.files) {
-    view_.rows.try_emplace({file.pid, file.sid},
-                           View::Row{.file = file, .ttyBefore = view_.ttys.at(file.pid)});
+    endRow(view_.rows.try_emplace({file.pid, file.sid}, View::Row{.file = file}).first->second,
+           file);
   }
   for (const auto& [key, row] : view_.rows) {
     if (row.sure && row.expected.seenNow) {
       world_.lookedAt[key.second] = secondsSince1970(world_.time.wall());
     }
   }
-  unpublished_.push_back(view_);
+  unpublished_.push_back(std::move(view_));
 }
 
 void Column::published() {

@@ -23,8 +23,10 @@ namespace zelvane::test {
 struct View {
   /// One row that a pass may or must have.
   struct Row {
-    FileTruth file;
+    FileTruth file;                        ///< when the pass ended, if it was still there
     std::optional<std::string> ttyBefore;  ///< of its process when the pass began
+    std::optional<double> lookedAt;        ///< by the user, then; since 1970
+    std::uint64_t recordChanges = 0;       ///< until then
     std::optional<std::string> tty;        ///< when it ended
     bool sure = false;                     ///< there all the time
     bool still = false;                    ///< and nothing of it changed meanwhile
@@ -36,10 +38,6 @@ struct View {
 
   Time now;
   Seconds uptime{0};
-  std::map<std::string, FileTruth> files;                   ///< when the pass began
-  std::map<std::int32_t, std::optional<std::string>> ttys;  ///< of their processes
-  std::map<std::string, std::uint64_t> recordChanges;
-  std::map<std::string, double> lookedAt;
   std::optional<std::string> front;
   std::vector<std::string> pins;
   std::map<Key, Row> rows;
@@ -77,7 +75,7 @@ class Column {
   void post(std::function<void()> task);
   void beginView(Time now);
   void endView();
-  View::Row viewed(const FileTruth& file) const;
+  void endRow(View::Row& row, const FileTruth& file);
   void published();
   void forgetUnsavedLooks();
 

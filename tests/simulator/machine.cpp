@@ -1,5 +1,6 @@
 #include "tests/simulator/machine.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <fcntl.h>
@@ -64,18 +65,11 @@ std::optional<std::string> Machine::tty(std::int32_t pid) const {
   return found->second;
 }
 
-std::vector<std::int32_t> Machine::processesOn(const std::string& tty) const {
-  std::vector<std::int32_t> found;
-  for (const auto& [pid, own] : processes_) {
-    if (own == tty) found.push_back(pid);
-  }
-  return found;
-}
-
 std::string Machine::openTty() {
   for (int number = 0;; ++number) {
-    const auto tty = "/dev/pts/" + std::to_string(number);
-    if (processesOn(tty).empty()) return tty;
+    auto tty = "/dev/pts/" + std::to_string(number);
+    const auto isThere = [&](const auto& process) { return process.second == tty; };
+    if (std::none_of(processes_.begin(), processes_.end(), isThere)) return tty;
   }
 }
 

@@ -51,7 +51,6 @@ class Machine {
   bool alive(std::int32_t pid) const { return processes_.contains(pid); }
   /// The process's terminal; nothing without a process or a terminal.
   std::optional<std::string> tty(std::int32_t pid) const;
-  std::vector<std::int32_t> processesOn(const std::string& tty) const;
 
   /// A terminal that nobody is on.
   std::string openTty();

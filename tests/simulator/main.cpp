@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
+#include <iomanip>
+#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -39,6 +41,7 @@ Wishes wishesOf(int count, char** words) {
 
 void live(std::uint64_t seed, const Wishes& wishes) {
   const auto begun = std::chrono::steady_clock::now();
+  const auto clockBegun = std::clock();
   const TemporaryFolder folder;
   World world(seed, wishes.verbose, folder.path());
   NotesLedger ledger(world);
@@ -47,18 +50,15 @@ void live(std::uint64_t seed, const Wishes& wishes) {
   People people(world, column, ledger, checks);
   people.live(wishes.days);
   const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begun;
-  std::printf(
-      "seed %llu: %g days, %llu sessions, %llu hooks, %llu events, %llu passes with %llu "
-      "rows, %llu texts typed, %llu reopened; %.1f s; hash %016llx\n",
-      static_cast<unsigned long long>(seed), wishes.days,
-      static_cast<unsigned long long>(world.sessionsBegun),
-      static_cast<unsigned long long>(world.hooksSent),
-      static_cast<unsigned long long>(world.journal.events()),
-      static_cast<unsigned long long>(world.journal.steps()),
-      static_cast<unsigned long long>(checks.rowsSeen()),
-      static_cast<unsigned long long>(ledger.typed()),
-      static_cast<unsigned long long>(column.restorer().opened()), took.count(),
-      static_cast<unsigned long long>(world.journal.hash()));
+  const double worked = static_cast<double>(std::clock() - clockBegun) / CLOCKS_PER_SEC;
+  std::ostringstream told;
+  told << "seed " << seed << ": " << wishes.days << " days, " << world.sessionsBegun
+       << " sessions, " << world.hooksSent << " hooks, " << world.journal.events() << " events, "
+       << world.journal.steps() << " passes with " << checks.rowsSeen() << " rows, "
+       << ledger.typed() << " texts typed, " << column.restorer().opened() << " reopened; "
+       << std::fixed << std::setprecision(1) << took.count() << " s, " << worked
+       << " of the processor; hash " << std::hex << world.journal.hash();
+  std::puts(told.str().c_str());
   std::fflush(stdout);
 }
 

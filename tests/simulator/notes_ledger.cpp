@@ -57,15 +57,15 @@ void NotesLedger::writerKilled(double untilNow) {
   std::erase_if(owed_, [&](const auto& entry) { return entry.second.count() > untilNow; });
 }
 
-std::optional<Json> NotesLedger::file() const {
+Json NotesLedger::kept() const {
   const auto bytes = readFile(world_.machine.notesDir() + "/notes.json", std::size_t{1} << 30);
-  if (!bytes) return std::nullopt;
+  if (!bytes) return Json::object();
   auto value = Json::parse(*bytes, nullptr, /*allow_exceptions=*/false);
   if (!value.is_object() || !value.contains("v") || !value.contains("entries") ||
       !value["entries"].is_object()) {
     world_.journal.broken("the notes file can always be read", bytes->substr(0, 400));
   }
-  return value;
+  return std::move(value["entries"]);
 }
 
 std::set<NotesLedger::Owed> NotesLedger::logged() const {
@@ -83,19 +83,18 @@ std::set<NotesLedger::Owed> NotesLedger::logged() const {
   return found;
 }
 
-void NotesLedger::check() {
-  const auto notes = file();
+void NotesLedger::check(const Json& kept) {
   std::set<Owed> log;
   bool logRead = false;
   for (auto owed = owed_.begin(); owed != owed_.end();) {
     const auto& [sid, kind, text] = owed->first;
-    const auto entry = notes ? (*notes)["entries"].value(sid, Json::object()) : Json::object();
-    const bool inFile = entry.contains(kind) && entry[kind] == text;
+    const auto entry = kept.find(sid);
+    const bool inFile = entry != kept.end() && get::str(*entry, kind) == text;
     if (!inFile && !std::exchange(logRead, true)) log = logged();
     if (!inFile && !log.contains(owed->first)) {
       world_.journal.broken("no text that a user typed is lost",
                             kind + " of " + sid + ": \"" + text + "\" is neither in " +
-                                entry.dump() + " nor in the log");
+                                kept.value(sid, Json()).dump() + " nor in the log");
     }
     // What is in the log stays there.
     owed = inFile ? std::next(owed) : owed_.erase(owed);

@@ -26,11 +26,12 @@ class NotesLedger {
   /// A writer ends without a word: what it had no time to save cannot be owed.
   void writerKilled(double untilNow);
 
-  /// The notes file as it lies there, by its bytes; nothing when it is missing. Ends the life when
-  /// it cannot be read by anyone.
-  std::optional<Json> file() const;
-  /// Looks for all that is owed. Only to be called when nothing waits to be saved.
-  void check();
+  /// The notes by session as they lie in the file, by its bytes; none when that is missing. Ends
+  /// the life when it cannot be read by anyone.
+  Json kept() const;
+  /// Looks for all that is owed in what is kept, and in the log. Only to be called when nothing
+  /// waits to be saved.
+  void check(const Json& kept);
 
   std::uint64_t typed() const { return typed_; }
   /// When the last text was typed, since the machine was first started.

@@ -11,6 +11,7 @@ namespace {
 
 constexpr double day = 86'400;
 constexpr double stale = 25;  ///< two passes and what they take
+constexpr double quitLongBefore = 900;
 
 std::set<std::string> idsOf(const Json& items) {
   std::set<std::string> ids;
@@ -31,19 +32,27 @@ void Checks::windowClosed(std::set<std::string> sids) {
 }
 
 void Checks::goesDown() {
-  openAtTheEnd_ = diskWasFull(Seconds(60)) ? std::set<std::string>() : world_.shown;
-  wentDownAt_ = secondsSince1970(world_.time.wall());
+  if (column_.isRunning()) ends(/*byQuit=*/false);
   frozen_ = true;
+}
+
+void Checks::ends(bool byQuit) {
+  if (frozen_) return;
+  // What had no room was not noted: neither what was open nor the quit.
+  const bool noted = !diskWasFull(Seconds(60));
+  openAtTheEnd_ = noted ? world_.shown : std::set<std::string>();
+  const double now = secondsSince1970(world_.time.wall());
+  quitAt_ = noted && byQuit ? std::optional(now) : std::nullopt;
 }
 
 void Checks::launched(bool rebooted) {
   frozen_ = false;
-  rebooted_ = rebooted;
-  if (!rebooted) openAtTheEnd_.clear();
-  // Where the clock was set forward, the machine seems to have been started since the last save.
+  // Where the clock was set, the machine may seem to have been started since the last save, or not.
   const double savedAt =
       fileIn(world_, "/autosnap.json").value_or(Json::object()).value("saved_at", 0.0);
   const bool seemsRebooted = savedAt < secondsSince1970(world_.machine.bootTime());
+  rebooted_ = rebooted && seemsRebooted;
+  offerBefore_ = fileIn(world_, "/rebootsnap.json");
   if (rebooted || seemsRebooted || diskWasFull(Seconds(60))) seen_.clear();
   world_.shown.clear();
   offered_.clear();
@@ -76,13 +85,16 @@ void Checks::snapshotHoldsAll(const View& view, const Rows& rows) {
   }
 }
 
-/// After the first pass since the machine came back.
+/// After the first pass since the machine came back. Who quit the column long before the machine
+/// went down is offered nothing new.
 void Checks::rebootIsOffered(const Rows& rows) {
   if (!std::exchange(rebooted_, false) || diskWasFull(Seconds(60))) return;
-  // A clock that stands before the end of the last run cannot tell that the machine was started.
-  if (secondsSince1970(world_.machine.bootTime()) <= wentDownAt_) return;
-  const auto file = fileIn(world_, "/rebootsnap.json").value_or(Json::object());
-  const auto items = file.value("items", Json::array());
+  const auto file = fileIn(world_, "/rebootsnap.json");
+  if (quitAt_ && secondsSince1970(world_.machine.bootTime()) - *quitAt_ > quitLongBefore) {
+    if (file != offerBefore_) broken("nothing is offered after a quit long before a reboot", "");
+    openAtTheEnd_.clear();
+  }
+  const auto items = file.value_or(Json::object()).value("items", Json::array());
   const auto saved = idsOf(items);
   const auto offered = idsOf(column_.store().offers().pendingRestore());
   std::set<std::string> running;

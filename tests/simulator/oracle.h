@@ -19,11 +19,11 @@ struct Expected {
 
 /// The state that follows from a session's file and record. Of the two the newer one counts about
 /// dialogs and turns.
-Expected expectedState(const FileTruth& file, const std::optional<Json>& record,
-                       std::optional<double> lookedAt, bool inFront, double now);
+Expected expectedState(const FileTruth& file, const Json& record, std::optional<double> lookedAt,
+                       bool inFront, double now);
 
-/// Whether one row may stand right before another; nothing when it may, else the rule against it.
-std::optional<std::string> orderBroken(const ZelvaneSession& above, const ZelvaneSession& below,
-                                       const std::vector<std::string>& pins);
+/// Whether one row may stand right before another.
+bool inOrder(const ZelvaneSession& above, const ZelvaneSession& below,
+             const std::vector<std::string>& pins);
 
 }  // namespace zelvane::test

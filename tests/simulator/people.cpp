@@ -50,14 +50,24 @@ std::vector<Client*> People::alive() const {
   return found;
 }
 
+Client* People::anyone() {
+  const auto clients = alive();
+  return clients.empty() ? nullptr : world_.dice.of(clients);
+}
+
+std::optional<ZelvaneSession> People::anyRow() {
+  if (!column_.isRunning() || column_.store().sessions().empty()) return std::nullopt;
+  return world_.dice.of(column_.store().sessions());
+}
+
 void People::openTab() {
   world_.bury();
   if (alive().size() >= mostTabs || world_.machine.folders().empty()) return;
   const std::vector<std::string> folders(world_.machine.folders().begin(),
                                          world_.machine.folders().end());
-  world_.clients.push_back(std::make_unique<Client>(world_, world_.machine.openTty(),
-                                                    world_.dice.of(folders), world_.newSid(),
-                                                    Client::Start::fresh));
+  const auto sid = world_.newSid();
+  world_.clients.push_back(std::make_unique<Client>(
+      world_, world_.machine.openTty(), world_.dice.of(folders), sid, Client::Start::fresh));
 }
 
 /// Every client goes on at its own pace; asked of all of them by `live`.
@@ -73,11 +83,10 @@ void People::resumeOld() {
 }
 
 void People::closeTab() {
-  const auto clients = alive();
-  if (clients.empty()) return;
-  Client& client = *world_.dice.of(clients);
-  if (ended_.size() < 50) ended_.push_back(client.sid());
-  client.end(Client::End::exit);
+  Client* client = anyone();
+  if (!client) return;
+  if (ended_.size() < 50) ended_.push_back(client->sid());
+  client->end(Client::End::exit);
 }
 
 void People::closeWindow() {
@@ -94,8 +103,7 @@ void People::closeWindow() {
 }
 
 void People::killOne() {
-  const auto clients = alive();
-  if (!clients.empty()) world_.dice.of(clients)->end(Client::End::killed);
+  if (Client* client = anyone()) client->end(Client::End::killed);
 }
 
 /// Takes a process id, often one that a session had.
@@ -107,54 +115,43 @@ void People::otherProgram() {
 }
 
 void People::renameTab() {
-  const auto clients = alive();
-  if (clients.empty()) return;
-  world_.tabTitles[world_.dice.of(clients)->tty()] = {"tab " + std::to_string(++texts_),
-                                                      world_.time.uptime()};
+  const Client* client = anyone();
+  if (!client) return;
+  world_.tabTitles[client->tty()] = {"tab " + std::to_string(++texts_), world_.time.uptime()};
 }
 
 void People::useColumn() {
   const auto clients = alive();
   const bool away = clients.empty() || world_.dice.chance(0.4);
   world_.front = away ? std::nullopt : std::optional(world_.dice.of(clients)->tty());
-  if (!column_.isRunning()) return;
-  auto& store = column_.store();
-  const auto& rows = store.sessions();
-  if (rows.empty()) return;
-  const auto row = world_.dice.of(rows);
-  switch (world_.dice.below(6)) {
-    case 0:
-      return store.togglePin(row);
-    case 1:
-      return column_.showOrHide();
-    default:
-      return column_.open(row);
-  }
+  const auto row = anyRow();
+  if (!row) return;
+  const auto choice = world_.dice.below(6);
+  if (choice == 0) return column_.store().togglePin(*row);
+  if (choice == 1) return column_.showOrHide();
+  column_.open(*row);
 }
 
 void People::type() {
-  if (!column_.isRunning() || column_.store().sessions().empty()) return;
-  auto& store = column_.store();
-  const auto row = world_.dice.of(store.sessions());
+  const auto row = anyRow();
+  if (!row) return;
   const bool away = world_.dice.chance(0.2);
   const auto text = away ? "" : "note " + std::to_string(++texts_) + " 메모";
-  if (world_.dice.chance(0.5)) {
-    ledger_.typeTitle(store.notes(), row.id, text);
-  } else {
-    ledger_.typeMemo(store.notes(), row.id, text);
-  }
-  store.refreshNow();
+  auto& notes = column_.store().notes();
+  world_.dice.chance(0.5) ? ledger_.typeTitle(notes, row->id, text)
+                          : ledger_.typeMemo(notes, row->id, text);
+  column_.store().refreshNow();
 }
 
 /// Often on the very notes that are being edited in the column.
 void People::typeByCommand() {
-  if (!column_.isRunning() || column_.store().sessions().empty()) return;
-  const auto row = world_.dice.of(column_.store().sessions());
+  const auto row = anyRow();
+  if (!row) return;
   if (world_.dice.chance(0.5)) {
-    ledger_.typeTitle(column_.store().notes(), row.id, "title " + std::to_string(++texts_));
+    ledger_.typeTitle(column_.store().notes(), row->id, "title " + std::to_string(++texts_));
   }
   const auto text = world_.dice.chance(0.2) ? "" : "typed " + std::to_string(++texts_);
-  ledger_.typeByCommand(row.id, world_.dice.chance(0.5) ? "title" : "memo", text);
+  ledger_.typeByCommand(row->id, world_.dice.chance(0.5) ? "title" : "memo", text);
 }
 
 void People::reopen() {
@@ -164,21 +161,15 @@ void People::reopen() {
     if (world_.dice.chance(0.2)) column_.restorer().interrupt();
     return;
   }
-  switch (world_.dice.below(5)) {
-    case 0:
-    case 1:
-      return offers.restoreReboot();
-    case 2:
-    case 3:
-      return offers.restoreRecent();
-    default:
-      checks_.dismissed();
-      return world_.dice.chance(0.3) ? offers.dismissRestore() : offers.dismissRecent();
-  }
+  const auto choice = world_.dice.below(5);
+  if (choice < 2) return offers.restoreReboot();
+  if (choice < 4) return offers.restoreRecent();
+  checks_.dismissed();
+  world_.dice.chance(0.3) ? offers.dismissRestore() : offers.dismissRecent();
 }
 
 void People::mishap() {
-  switch (world_.dice.below(8)) {
+  switch (world_.dice.below(10)) {
     case 0:
       return fillDisk();
     case 1:
@@ -193,6 +184,10 @@ void People::mishap() {
     case 5:
     case 6:
       return whenFree([this] { restartColumn(); });
+    case 7:
+      return whenFree([this] { quitUntilReboot(); });
+    case 8:
+      return moveFolder();
     default:
       return whenFree([this] { reboot(); });
   }
@@ -207,6 +202,13 @@ void People::fillDisk() {
     DiskSpace::unlimit();
     world_.diskTrouble = world_.time.uptime();
   });
+}
+
+/// A folder that sessions worked in goes, or comes back.
+void People::moveFolder() {
+  const auto folder = "/home/me/project-" + std::to_string(world_.dice.below(12));
+  world_.journal.event(folder + " moves");
+  world_.machine.setFolder(folder, !world_.machine.folderExists(folder));
 }
 
 /// Forth and, some time later, back; or the other way round.
@@ -258,10 +260,9 @@ void People::strayFile() {
 
 /// Somebody's finger in the hook records.
 void People::spoilRecord() {
-  const auto clients = alive();
-  if (clients.empty()) return;
-  Client& client = *world_.dice.of(clients);
-  client.distrust();
+  Client* client = anyone();
+  if (!client) return;
+  client->distrust();
   const std::vector<std::string> contents = {
       "",
       "{\"state\":",
@@ -270,29 +271,44 @@ void People::spoilRecord() {
       R"({"state":"done","done_at":1e300,"updated_at":-1e300,"bg_agents":1e30})",
       R"({"background":7,"bg_agents":3,"state":"waiting"})",
       "\xff\xff"};
-  world_.journal.event("the record of " + client.sid() + " is spoilt");
-  Machine::write(world_.recordFile(client.sid()), world_.dice.of(contents));
-  world_.recordTouched(client.sid());
+  world_.journal.event("the record of " + client->sid() + " is spoilt");
+  Machine::write(world_.recordFile(client->sid()), world_.dice.of(contents));
+  world_.recordTouched(client->sid());
 }
 
 void People::restartColumn() {
   if (!column_.isRunning()) return;
-  world_.dice.chance(0.5) ? column_.quit() : column_.kill();
-  world_.time.after(world_.dice.seconds(0.2, 100), [this] {
+  endColumn(world_.dice.chance(0.5));
+  launchAfter(0.2, 100);
+}
+
+/// It stays away for some minutes; then the machine is started anew.
+void People::quitUntilReboot() {
+  if (!column_.isRunning()) return;
+  endColumn(/*byQuit=*/true);
+  world_.time.after(world_.dice.seconds(30, 700), [this] { whenFree([this] { reboot(); }); });
+}
+
+void People::endColumn(bool byQuit) {
+  checks_.ends(byQuit);
+  byQuit ? column_.quit() : column_.kill();
+}
+
+void People::launchAfter(double least, double most) {
+  world_.time.after(world_.dice.seconds(least, most), [this] {
     whenFree([this] {
       if (column_.isRunning()) return;
       column_.launch();
-      checks_.launched(/*rebooted=*/false);
+      checks_.launched(std::exchange(rebooted_, false));
     });
   });
 }
 
 void People::reboot() {
-  if (!column_.isRunning()) return;
   const bool announced = world_.dice.chance(0.5);
   world_.journal.event(announced ? "the machine shuts down" : "the power is cut");
   checks_.goesDown();
-  if (announced) column_.store().setFrozen(true);
+  if (announced && column_.isRunning()) column_.store().setFrozen(true);
   const bool wasBusy = std::exchange(busy_, false);  // nobody does anything any more
   for (const auto& client : alive()) {
     client->end(announced && world_.dice.chance(0.7) ? Client::End::exit : Client::End::killed);
@@ -300,18 +316,14 @@ void People::reboot() {
   }
   for (const auto& client : alive()) client->end(Client::End::killed);
   busy_ = wasBusy;
-  announced&& world_.dice.chance(0.5) ? column_.quit() : column_.kill();
-  world_.time.moveClock(world_.dice.seconds(20, 3 * hour));
+  const bool byQuit = announced && world_.dice.chance(0.5);
+  if (column_.isRunning()) endColumn(byQuit);
+  world_.time.moveClock(world_.dice.seconds(20, world_.dice.chance(0.5) ? 200 : 3 * hour));
   world_.machine.reboot();
   column_.restorer().reboot();
+  rebooted_ = true;
   world_.journal.event("the machine is up again");
-  world_.time.after(world_.dice.seconds(3, 200), [this] {
-    whenFree([this] {
-      if (column_.isRunning()) return;
-      column_.launch();
-      checks_.launched(/*rebooted=*/true);
-    });
-  });
+  launchAfter(3, 200);
 }
 
 void People::live(double days) {
@@ -333,7 +345,7 @@ void People::live(double days) {
   }
   if (column_.isRunning()) column_.quit();
   DiskSpace::unlimit();
-  ledger_.check();
+  ledger_.check(ledger_.kept());
 }
 
 }  // namespace zelvane::test

@@ -27,6 +27,8 @@ class People {
   /// Runs the deed when nothing that takes long is under way.
   void whenFree(const std::function<void()>& deed);
   std::vector<Client*> alive() const;
+  Client* anyone();                        ///< who is alive; null when nobody is
+  std::optional<ZelvaneSession> anyRow();  ///< of the column; nothing when it has none
 
   // At their sessions.
   void openTab();
@@ -47,17 +49,22 @@ class People {
   // To the machine.
   void mishap();
   void fillDisk();
+  void moveFolder();
   void setClock();
   void strayFile();
   void spoilRecord();
   void restartColumn();
+  void quitUntilReboot();
   void reboot();
+  void endColumn(bool byQuit);
+  void launchAfter(double least, double most);
 
   World& world_;
   Column& column_;
   NotesLedger& ledger_;
   Checks& checks_;
-  bool busy_ = true;  ///< hours in which people work
+  bool busy_ = true;       ///< hours in which people work
+  bool rebooted_ = false;  ///< since the column last ran
   std::uint64_t texts_ = 0;
   std::vector<std::string> ended_;  ///< sessions that may be resumed
 };

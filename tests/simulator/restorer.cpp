@@ -44,7 +44,9 @@ TerminalResult Restorer::open(const RestoreItem& item) {
 
 /// What a full disk had no room to note may be opened again.
 void Restorer::noted(const OpenedRecord& record, const std::string& sid) {
-  if (record.openedAt().contains(sid)) {
+  const auto openedAt = record.openedAt();
+  const auto found = openedAt.find(sid);
+  if (found != openedAt.end() && found->second >= offered_[sid]) {
     remembered_.insert({sid, offered_[sid]});
   } else if (!DiskSpace::isLimited()) {
     world_.journal.broken("what was opened is noted", sid);

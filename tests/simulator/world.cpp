@@ -21,15 +21,17 @@ std::string World::newSid() {
   return sid;
 }
 
-std::optional<Json> World::record(const std::string& sid) const {
-  const auto bytes = readFile(recordFile(sid), std::size_t{8} << 20);
-  if (!bytes) return std::nullopt;
-  auto value = Json::parse(*bytes, nullptr, /*allow_exceptions=*/false);
-  return value.is_object() ? std::optional(std::move(value)) : std::nullopt;
+const std::optional<Json>& World::record(const std::string& sid) {
+  const auto [known, isNew] = records_.try_emplace(sid);
+  const auto bytes = isNew ? readFile(recordFile(sid), std::size_t{8} << 20) : std::nullopt;
+  auto value = Json::parse(bytes.value_or(""), nullptr, /*allow_exceptions=*/false);
+  if (value.is_object()) known->second = std::move(value);
+  return known->second;
 }
 
 void World::recordTouched(const std::string& sid) {
   ++recordChanges[sid];
+  records_.erase(sid);
   Machine::date(recordFile(sid));
   folderChanged(machine.hookSessions());
 }

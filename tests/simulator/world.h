@@ -59,7 +59,7 @@ struct World {
     return machine.hookSessions() + "/" + sid + ".json";
   }
   /// What the session's record says, as anyone may read it; nothing when it cannot be read.
-  std::optional<Json> record(const std::string& sid) const;
+  const std::optional<Json>& record(const std::string& sid);
   /// Notes that a session's record may have changed.
   void recordTouched(const std::string& sid);
   /// The client that runs the session; null when none does.
@@ -88,6 +88,9 @@ struct World {
   double latestClock = 0;     ///< the latest that the wall clock ever showed
   Seconds columnSince{1e12};  ///< when the column was started; never, when it does not run
   Seconds diskTrouble{-1e9};  ///< when the disk last was full
+
+ private:
+  std::map<std::string, std::optional<Json>> records_;  ///< as they were read since they changed
 };
 
 }  // namespace zelvane::test
