@@ -40,9 +40,10 @@ TEST(AppleTerminalScript, KeepsNothingOfAPathThatCouldEndIt) {
   EXPECT_EQ(sanitized("é한1/²\xff\t-_.\"\u0301"), "é한1/²");
   EXPECT_EQ(sanitized(""), "");
   EXPECT_NE(selectScript("\"").find("is \"\" then"), std::string::npos);
-  EXPECT_EQ(openScript("cd 'a\"b\\' && x"),
+  EXPECT_EQ(openWindowScript("cd 'a\"b\\' && x"),
             "tell application \"Terminal\"\n  activate\n"
             "  do script \"cd 'a\\\"b\\\\' && x\"\nend tell");
+  EXPECT_TRUE(openTabScript("a\"b\\").starts_with("set typed to \"a\\\"b\\\\\"\n"));
 }
 
 TEST(AppleTerminalScript, ReadsAnswers) {
@@ -52,6 +53,7 @@ TEST(AppleTerminalScript, ReadsAnswers) {
   EXPECT_EQ(parseTitles("\n\nno tab\na\tb\tc\n/dev/x\told\n/dev/x\tnew"),
             (Titles{{"a", "b\tc"}, {"/dev/x", "new"}}));
   EXPECT_EQ(parseTitles(""), Titles());
+  EXPECT_EQ(parseIdentifier("com.apple.Terminal\n"), "com.apple.Terminal");
   EXPECT_EQ(parseFront(" \n/dev/ttys003\r\n"), "/dev/ttys003");
   for (const char* other : {"", "\n", "missing value\n", "x/dev/ttys003"}) {
     EXPECT_EQ(parseFront(other), std::nullopt) << other;

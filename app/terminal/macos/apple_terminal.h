@@ -38,8 +38,9 @@ class AppleTerminalHost : public TerminalHost {
   bool open(const OpenRequest& request, const Place& near) override;
   Support support(const Place& place) override;
 
-  /// Opens a window without a place to start from; starts Terminal when it does not run.
-  static bool openWindow(const AppleTerminalDoors& doors, const OpenRequest& request);
+  /// Opens a tab without a place to start from, or a window where that cannot be done; starts
+  /// Terminal when it does not run.
+  static bool openAnywhere(const AppleTerminalDoors& doors, const OpenRequest& request);
 
  private:
   AppleTerminalDoors doors_;

@@ -115,12 +115,23 @@ TEST(AppleTerminal, CanDoEverythingByItself) {
               ElementsAre(Support{"Terminal", true, true, true, true, ""}));
 }
 
+TEST(AppleTerminal, OpensATabElseAWindow) {
+  const std::string command = "cd -- '/a b' && zsh -c 'it'\"'\"'s'";
+  const OpenRequest request{"/a b", {"zsh", "-c", "it's"}};
+  Mac mac;
+  EXPECT_TRUE(AppleTerminalHost::openAnywhere(mac.doors(), request));
+  EXPECT_THAT(mac.asked, ElementsAre(AppleTerminal::openTabScript(command)));
+  mac.front = std::nullopt;
+  EXPECT_FALSE(AppleTerminalHost::openAnywhere(mac.doors(), request));
+  EXPECT_EQ(mac.asked.back(), AppleTerminal::openWindowScript(command));
+}
+
 TEST(AppleTerminal, TypesOnlyWhatDoesNothingButStandThere) {
   Mac mac;
-  EXPECT_TRUE(AppleTerminalHost::openWindow(mac.doors(), {"/a b", {"zsh", "-c", "it's"}}));
-  EXPECT_FALSE(AppleTerminalHost::openWindow(mac.doors(), {"/a\x1b[31m", {"zsh"}}));
-  EXPECT_THAT(mac.asked,
-              ElementsAre(AppleTerminal::openScript("cd -- '/a b' && zsh -c 'it'\"'\"'s'")));
+  for (const auto& folder : {std::string("/a\x1b[31m"), "/" + std::string(1000, 'a')}) {
+    EXPECT_FALSE(AppleTerminalHost::openAnywhere(mac.doors(), {folder, {"zsh"}})) << folder;
+  }
+  EXPECT_THAT(mac.asked, testing::IsEmpty());
 }
 
 }  // namespace
