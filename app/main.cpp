@@ -10,6 +10,7 @@
 #include "app/login/login_item.h"
 #include "app/notes/notes_self_test.h"
 #include "app/ui/application.h"
+#include "app/ui/fonts_ahead.h"
 #include "app/ui/friends/app_icon.h"
 #include "app/ui/single_instance.h"
 
@@ -46,9 +47,11 @@ int main(int argc, char** argv) {
               << '\n';
     return 1;
   }
+  std::optional<FontsAhead> fonts(std::in_place);
   const auto sleep = [](Seconds pause) { std::this_thread::sleep_for(pause); };
   if (!options.sample && !becomeSingleInstance(instanceLockPath(), sleep)) return 0;
   QApplication application(argc, argv);
+  fonts.reset();
   QApplication::setApplicationName(QStringLiteral("zelvane"));
   QApplication::setDesktopFileName(QStringLiteral("zelvane"));
   QApplication::setWindowIcon(QPixmap::fromImage(appIcon(64)));

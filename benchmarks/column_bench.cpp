@@ -17,6 +17,7 @@
 #include "app/model/store/samples.h"
 #include "app/ui/application.h"
 #include "app/ui/column/text_style.h"
+#include "app/ui/fonts_ahead.h"
 
 using namespace zelvane;
 
@@ -97,9 +98,12 @@ int printFrames(int count) {
 int main(int argc, char** argv) {
   Bundle::useStringTable();
   prepareWindowSystem({});
-  QApplication application(argc, argv);
-  FirstFrame firstFrame;
   const std::string mode = argc > 1 ? argv[1] : "";
+  std::optional<FontsAhead> fonts;
+  if (mode == "open") fonts.emplace();
+  QApplication application(argc, argv);
+  fonts.reset();
+  FirstFrame firstFrame;
   const int rows = argc > 2 ? std::atoi(argv[2]) : 0;
   if (mode == "frames") return printFrames(rows);
   application.installEventFilter(&firstFrame);

@@ -98,7 +98,8 @@ class Figures:
             eventually(lambda: file.exists() and file.read_text().strip(), what=f"{name} runs")
             self.machine.write_session(int(file.read_text()), name, status="busy")
             names.append(name)
-        eventually(lambda: len(self.machine.list()["sessions"]) == 2, what="both are listed")
+        eventually(lambda: {"one", "two"} <= {row["id"] for row in self.machine.list()["sessions"]},
+                   what="both are listed")
         jump = self.median_of(lambda i: [PROGRAMS / "zelvane", "jump", names[i % 2]], times)
         bare = self.median_of(lambda i: ["xdotool", "search", "--name", f"^{names[i % 2]}$",
                                          "windowactivate", "--sync"], times)
@@ -117,7 +118,6 @@ class Figures:
         """Of the true program, with three resting sessions."""
         for name in "abc":
             self.machine.write_session(self.machine.start_claude(), name)
-        self.machine.run("connect")
         child = self.machine.start("zelvane-app", DISPLAY=self.display.name)
         time.sleep(8)
         before, ticks = switches(child.pid), processor_ticks(child.pid)
@@ -149,6 +149,7 @@ def switches(pid):
 
 def main():
     machine = Machine()
+    machine.run("connect")  # as it is after the first day
     try:
         figures = Figures(machine)
         figures.starts()

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -32,6 +33,14 @@ class ColumnWindow {
 
   /// Puts the window on every desktop and keeps it out of task bars and pagers. Before it is shown.
   void standAside();
+  /// Brings the shown window before the others, where showing it does not; the keyboard stays where
+  /// it is.
+  void comeForward();
+  /// Lets the toolkit change the window's flags, and does again what it undoes by that.
+  void change(const std::function<void()>& byToolkit);
+  /// Keeps a popup of the toolkit's, a menu, from taking the focus when it is clicked. Its native
+  /// id; before it is shown.
+  void leaveFocusAlone(std::uint64_t popup);
   /// Notes which window has the keyboard, before the toolkit asks for it.
   void borrowKeyboard();
   /// Takes the keyboard where that request was not granted; a moment after it.

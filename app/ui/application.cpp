@@ -82,6 +82,8 @@ bool connected(const ConnectionController& connection) {
 bool prepareWindowSystem(const LaunchOptions& options) {
   // With more than one screen the toolkit leaves panels and docks out of account without this.
   qputenv("QT_RELY_ON_NET_WORKAREA_ATOM", "1");
+  // On macOS it brings every program to the front at its start, also one that wants no focus.
+  qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
   if (options.renderPath) {
     qputenv("QT_QPA_PLATFORM", QByteArray::fromStdString(platform::pictureWindowSystem()));
     return true;
@@ -119,6 +121,7 @@ int AppDelegate::run() {
   // A request that came while the window was opened would be lost on a loop that does not run yet.
   const int status = quitOnSignal.requested() ? 0 : QApplication::exec();
   store_->endEditing(std::nullopt);  // what is being typed is kept
+  if (PowerOffNotice::comesAlways() && !quitOnSignal.requested()) store_->markQuit();
   return status;
 }
 
@@ -155,6 +158,7 @@ void AppDelegate::openPanel() {
                              .onKeysLost = [this] { store_->endEditing(std::nullopt); }});
   appearance_ = std::make_unique<Appearance>([this](Appearance::Wishes wishes) {
     view_->setAppearance(wishes.dark, wishes.reducedMotion);
+    panel_->setStill(wishes.reducedMotion);
   });
   auto options = viewOptions();
   options.dark = appearance_->wishes().dark;
@@ -239,7 +243,7 @@ void AppDelegate::perform(MenuCommand command) {
     case MenuCommand::checkForUpdates:
       return updater_->checkForUpdates();
     case MenuCommand::quit:
-      // Not when the system ends the session: that may be the beginning of a shutdown.
+      // Not always when the system asks: that may be the beginning of a shutdown.
       store_->markQuit();
       return QApplication::quit();
     case MenuCommand::resetSize:

@@ -12,6 +12,9 @@ class PowerOffNotice {
   /// comes; one that does not answer is waited for elsewhere.
   explicit PowerOffNotice(std::function<void(bool goingDown)> changed);
   ~PowerOffNotice();
+  /// Whether it comes before every end of the user's session. Then a program that is asked to end
+  /// without it is asked by the user.
+  static bool comesAlways();
   PowerOffNotice(const PowerOffNotice&) = delete;
   PowerOffNotice& operator=(const PowerOffNotice&) = delete;
 

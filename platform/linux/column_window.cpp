@@ -185,6 +185,14 @@ void ColumnWindow::standAside() {
       xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
 }
 
+// Window managers put new windows in front by themselves.
+void ColumnWindow::comeForward() {}
+
+void ColumnWindow::change(const std::function<void()>& byToolkit) { byToolkit(); }
+
+// No window manager has a say in popups here.
+void ColumnWindow::leaveFocusAlone(std::uint64_t) {}
+
 /// The window that the keys really go to, whatever anybody believes to be the active one.
 xcb_window_t ColumnWindow::State::focused() const {
   const Owned<xcb_get_input_focus_reply_t> reply(

@@ -6,12 +6,11 @@
 namespace zelvane::platform {
 namespace {
 
-/// Whoever types into the column means the terminal's command when ⌘Q slips out.
-void takeKeyFromQuit() {
+/// The toolkit's menu bar is never seen. Whoever types into the column means the terminal when ⌘Q
+/// or ⌘H slips out, and has nowhere to bring a hidden column back.
+void takeKeysFromMenus() {
   for (NSMenuItem* menu in NSApp.mainMenu.itemArray) {
-    for (NSMenuItem* item in menu.submenu.itemArray) {
-      if ([item.keyEquivalent isEqualToString:@"q"]) item.keyEquivalent = @"";
-    }
+    for (NSMenuItem* item in menu.submenu.itemArray) item.keyEquivalent = @"";
   }
 }
 
@@ -23,16 +22,24 @@ void tellWindowServer(NSPanel* panel) {
   reinterpret_cast<void (*)(id, SEL, BOOL)>(objc_msgSend)(panel, selector, YES);
 }
 
-void leaveFocusAlone(NSPanel* panel) {
-  panel.floatingPanel = NO;
-  // Not resizable by the system: the column has grips of its own.
-  panel.styleMask = NSWindowStyleMaskBorderless | NSWindowStyleMaskNonactivatingPanel;
-  tellWindowServer(panel);
+/// The toolkit gives a window without a frame the traits of one with buttons, which nobody sees.
+/// They stay: without any, AppKit may put the view into another frame, and back at each change of
+/// a flag. Not resizable by the system: the column has grips of its own.
+void keepFromActivating(NSWindow* window) {
+  if (![window isKindOfClass:[NSPanel class]]) return;
+  window.styleMask =
+      (window.styleMask & ~NSWindowStyleMaskResizable) | NSWindowStyleMaskNonactivatingPanel;
+  tellWindowServer(static_cast<NSPanel*>(window));
 }
 
-/// The toolkit undoes this whenever it is told whether the window takes the keyboard.
+/// The toolkit's native id is the view that fills the window.
+NSView* viewOf(std::uint64_t id) {
+  return (__bridge NSView*)reinterpret_cast<void*>(static_cast<std::uintptr_t>(id));
+}
+
 void shape(NSWindow* window) {
-  if ([window isKindOfClass:[NSPanel class]]) leaveFocusAlone(static_cast<NSPanel*>(window));
+  keepFromActivating(window);
+  if ([window isKindOfClass:[NSPanel class]]) static_cast<NSPanel*>(window).floatingPanel = NO;
   window.collectionBehavior = NSWindowCollectionBehaviorCanJoinAllSpaces |
                               NSWindowCollectionBehaviorIgnoresCycle |
                               NSWindowCollectionBehaviorFullScreenNone;
@@ -53,9 +60,10 @@ bool columnWindowSystemReachable() { return true; }
 
 bool columnIsToolWindow() { return true; }
 
-/// The window is the toolkit's: it goes with the view that shows the column.
+/// The toolkit may put its view into another window: only the view is the column's for good.
 struct ColumnWindow::State {
-  NSWindow* __weak window;
+  NSView* __weak view;
+  NSWindow* window() const { return view.window; }
 };
 
 ColumnWindow::ColumnWindow(std::unique_ptr<State> opened) : state_(std::move(opened)) {}
@@ -65,34 +73,46 @@ ColumnWindow::~ColumnWindow() = default;
 std::unique_ptr<ColumnWindow> ColumnWindow::of(std::string_view windowSystem,
                                                std::uint64_t window) {
   if (windowSystem != columnWindowSystem()) return nullptr;
-  // The toolkit's native id is the view that fills the window.
-  NSView* view = (__bridge NSView*)reinterpret_cast<void*>(static_cast<std::uintptr_t>(window));
-  NSWindow* found = view.window;
-  if (!found) return nullptr;
+  NSView* view = viewOf(window);
+  if (!view.window) return nullptr;
   auto opened = std::make_unique<State>();
-  opened->window = found;
+  opened->view = view;
   return std::unique_ptr<ColumnWindow>(new ColumnWindow(std::move(opened)));
 }
 
 void ColumnWindow::standAside() {
   // The bundle's property list says the same; a program that runs outside of one has none.
   [NSApp setActivationPolicy:NSApplicationActivationPolicyAccessory];
-  takeKeyFromQuit();
-  shape(state_->window);
+  takeKeysFromMenus();
+  shape(state_->window());
+}
+
+// The toolkit only orders it before the windows of its own application, and that is not in front.
+void ColumnWindow::comeForward() { [state_->window() orderFrontRegardless]; }
+
+// The toolkit sets style, level and shadow anew with every flag.
+void ColumnWindow::change(const std::function<void()>& byToolkit) {
+  byToolkit();
+  shape(state_->window());
+}
+
+// To the toolkit a menu is a panel like any other: a click would bring the application to the
+// front.
+void ColumnWindow::leaveFocusAlone(std::uint64_t popup) {
+  keepFromActivating(viewOf(popup).window);
 }
 
 // A panel of this kind takes keys while another application stays in front: nobody lends them, and
 // that application has them again as soon as the panel gives them up.
-void ColumnWindow::borrowKeyboard() { shape(state_->window); }
+void ColumnWindow::borrowKeyboard() {}
 
 void ColumnWindow::insistOnKeyboard() {
-  NSWindow* window = state_->window;
+  NSWindow* window = state_->window();
   if (!window.keyWindow) [window makeKeyWindow];
 }
 
 void ColumnWindow::returnKeyboard() {
-  NSWindow* window = state_->window;
-  shape(window);
+  NSWindow* window = state_->window();
   if (window.keyWindow) [window resignKeyWindow];
 }
 
@@ -101,7 +121,7 @@ void ColumnWindow::insistOnReturn() {}
 bool ColumnWindow::translucencyWorks() const { return true; }
 
 bool ColumnWindow::covered() const {
-  NSWindow* window = state_->window;
+  NSWindow* window = state_->window();
   return window && (window.occlusionState & NSWindowOcclusionStateVisible) == 0;
 }
 

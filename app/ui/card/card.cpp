@@ -89,7 +89,7 @@ void TickLine::paintEvent(QPaintEvent*) {
 }
 
 Card::Card(QWidget* parent, std::function<void(CardAction, bool ticked)> chosen)
-    : QWidget(parent), chosen_(std::move(chosen)), tick_(this) {}
+    : QWidget(parent), chosen_(std::move(chosen)) {}
 
 void Card::setContent(const std::optional<CardContent>& content, const ThemeSpec& theme,
                       int width) {
@@ -109,6 +109,7 @@ void Card::arrange(int width) {
   for (auto* button : buttons_) button->hide();
   buttons_.clear();
   height_ = 0;
+  if (!content_ || content_->choice.empty()) tick_.reset();
   if (!content_) return;
   QStringList spoken;
   for (const auto& line : content_->lines) spoken << QString::fromStdString(line.text);
@@ -127,14 +128,17 @@ void Card::arrange(int width) {
 
 /// Returns where what follows begins.
 int Card::placeTick(int y) {
-  tick_.setVisible(!content_->choice.empty());
   if (content_->choice.empty()) return y;
-  tick_.setText(QString::fromStdString(content_->choice));
-  tick_.setColors(theme_);
+  if (!tick_) {
+    tick_ = std::make_unique<TickLine>(this);
+    tick_->show();
+  }
+  tick_->setText(QString::fromStdString(content_->choice));
+  tick_->setColors(theme_);
   const int left = around + padding;
-  tick_.setGeometry(left, y, std::min(tick_.sizeHint().width(), width_ - 2 * left),
-                    tick_.sizeHint().height());
-  return y + tick_.height() + lineGap;
+  const QSize wanted = tick_->sizeHint();
+  tick_->setGeometry(left, y, std::min(wanted.width(), width_ - 2 * left), wanted.height());
+  return y + tick_->height() + lineGap;
 }
 
 /// Returns their lower edge.
@@ -148,7 +152,7 @@ int Card::placeButtons(int y) {
     pill->setGeometry(QRect(QPoint(x, y), pill->sizeHint()));
     pill->show();
     connect(pill, &QAbstractButton::clicked, this,
-            [this, action = button.action] { chosen_(action, tick_.isChecked()); });
+            [this, action = button.action] { chosen_(action, tick_ && tick_->isChecked()); });
     x += pill->width() + buttonGap;
     bottom = y + pill->height();
     buttons_.push_back(pill);

@@ -4,6 +4,7 @@
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QWidget>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -73,7 +74,7 @@ class Card : public QWidget {
   int width_ = 0;
   int height_ = 0;
   std::vector<Line> lines_;
-  TickLine tick_;
+  std::unique_ptr<TickLine> tick_;    ///< only while there is something to tick
   std::vector<PillButton*> buttons_;  ///< owned by the widget
 };
 

@@ -33,7 +33,7 @@ std::vector<ColumnItem> columnPlan(const std::vector<ZelvaneSession>& sessions,
     } else {
       plan.emplace_back(bandOf(session, sessions));
     }
-    rowContext.expanded = opened.expanded == session.id;
+    rowContext.size = rowSize(session, opened);
     rowContext.copied = opened.copied == session.id;
     rowContext.editor.reset();
     if (editor && editor->second == session.id) {

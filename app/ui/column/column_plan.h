@@ -6,6 +6,7 @@
 #include <variant>
 #include <vector>
 
+#include "app/ui/column/row_size.h"
 #include "app/ui/column/row_view.h"
 
 namespace zelvane {
@@ -28,14 +29,6 @@ struct PlannedRow {
 };
 
 using ColumnItem = std::variant<SectionBand, Divider, PlannedRow>;
-
-/// What the user has opened, and where.
-struct Opened {
-  std::optional<std::string> expanded{};  ///< id of the row that was opened
-  std::optional<std::string> editing{};   ///< editing key of the open editor
-  int editorHeight = 0;                   ///< points
-  std::optional<std::string> copied{};    ///< id of the row whose command was copied a moment ago
-};
 
 /// The rows block of the sessions, which come ordered; `context` without what `opened` tells.
 std::vector<ColumnItem> columnPlan(const std::vector<ZelvaneSession>& sessions,

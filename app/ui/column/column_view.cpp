@@ -1,8 +1,6 @@
 #include "app/ui/column/column_view.h"
 
 #include <QtCore/QPointer>
-#include <QtGui/QClipboard>
-#include <QtGui/QGuiApplication>
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
 #include <QtGui/QRegion>
@@ -15,14 +13,14 @@
 #include "app/ui/column/accessible.h"
 #include "app/ui/column/column_shape.h"
 #include "app/ui/column/focus.h"
+#include "app/ui/column/row_menu.h"
 #include "app/ui/column/text_style.h"
 
 namespace zelvane {
 namespace {
 
 constexpr int problemPixels = 11, problemPadding = 14;
-constexpr std::chrono::seconds copiedShown(4);
-constexpr auto learnedKey = "terminalButtonLearned";
+constexpr int leastItemHeight = 12;  // of a row and its divider, by item
 
 }  // namespace
 
@@ -34,19 +32,19 @@ ColumnView::ColumnView(std::shared_ptr<ZelvaneStore> store,
       panelSize_(panelSize),
       options_(std::move(options)),
       callbacks_(std::move(callbacks)),
-      terminalButtonLearned_(options_.defaults->value(learnedKey) == Json(true)),
+      actions_(store_, options_.clock, options_.defaults, [this] { refresh(); }),
       header_(this, callbacks_.menuWanted),
-      connectionCard_(this, [this](CardAction action, bool ticked) { chosen(action, ticked); }),
-      restoreCard_(this, [this](CardAction action, bool ticked) { chosen(action, ticked); }),
+      cards_(this, store_, connection_),
       scroll_(this),
       rows_(new RowsBlock(
           nullptr, *options_.stage,
-          {.tapped = [this](const auto& session) { tapped(session); },
-           .menuWanted = [this](const auto& session, QPoint p) { showRowMenu(session, p); },
-           .openWanted = [this](const auto& session) { openTerminal(session); },
-           .titleTapped = [this](const auto& session) { titleTapped(session); },
-           .memoWanted = [this](const auto& session) { startEditing(session, EditorField::memo); },
-           .effortWanted = [this](const auto& session) { prepareEffort(session); }})),
+          {.wished = [this](RowWish wish, const auto& row) { actions_.carryOut(wish, row); },
+           .menuWanted = [this](const auto& row, QPoint point) { showRowMenu(row, point); },
+           .grew =
+               [this] {
+                 place();
+                 placeEditor();
+               }})),
       editor_(store_, rows_, [this] { refresh(); }),
       ticker_([this] { rows_->showTimes(options_.clock()); }) {
   makeColumnAccessible();
@@ -59,12 +57,6 @@ ColumnView::ColumnView(std::shared_ptr<ZelvaneStore> store,
   // Both fill themselves by default, and would hide the rounded ground.
   scroll_.viewport()->setAutoFillBackground(false);
   rows_->setAutoFillBackground(false);
-  copiedEnds_.setSingleShot(true);
-  copiedEnds_.setInterval(copiedShown);
-  connect(&copiedEnds_, &QTimer::timeout, this, [this] {
-    opened_.copied.reset();
-    refresh();
-  });
   store_->observe([view = QPointer<ColumnView>(this)](ZelvaneStore::Change change) {
     if (view) view->storeChanged(change);
   });
@@ -116,7 +108,7 @@ void ColumnView::refresh() {
   const auto colors = theme();
   editor_.follow(colors);
   header_.setTexts(headerTexts(store_->sessions()), colors);
-  showCards();
+  cards_.refresh(colors, width());
   planRows();
   setAccessibleDescription(QString::fromStdString(store_->notesProblem().value_or("")));
   ticker_.setRunning(options_.liveClock && store_->clockNeeded());
@@ -130,16 +122,21 @@ void ColumnView::refresh() {
 
 void ColumnView::planRows() {
   const auto colors = theme();
-  opened_.editing = store_->editing();
-  opened_.editorHeight = editor_.wantedHeight();
-  rows_->setPlan(columnPlan(store_->sessions(), opened_,
-                            {.theme = colors,
-                             .now = options_.clock(),
-                             .liveClock = options_.liveClock,
-                             .still = options_.still,
-                             .terminalButtonLearned = terminalButtonLearned_,
-                             .family = &Family::all()}),
-                 colors, width());
+  Opened opened = actions_.opened();
+  opened.editing = store_->editing();
+  opened.editorHeight = editor_.wantedHeight();
+  auto plan = columnPlan(store_->sessions(), opened,
+                         {.theme = colors,
+                          .now = options_.clock(),
+                          .liveClock = options_.liveClock,
+                          .still = options_.still,
+                          .terminalButtonLearned = actions_.terminalButtonLearned(),
+                          .family = &Family::all()});
+  // The first frame does not wait for rows that it has no room for.
+  const auto atFirst = static_cast<std::size_t>(options_.maxHeight / leastItemHeight);
+  rowsAreMissing_ = !painted_ && plan.size() > atFirst;
+  if (rowsAreMissing_) plan.resize(atFirst);
+  rows_->setPlan(std::move(plan), colors, width());
 }
 
 void ColumnView::placeEditor() {
@@ -153,17 +150,13 @@ void ColumnView::placeEditor() {
 void ColumnView::place() {
   const int chrome = chromeHeight();
   const int cap = heightLimit(panelSize_.chosen(), options_.maxHeight);
-  const int rowsHeight = std::max(1, std::min(cap - chrome, rows_->wantedHeight()));
+  const int rowsHeight = std::max(1, std::min(cap - chrome, rows_->shownHeight()));
   int y = store_->anchorTop() ? 0 : height() - chrome - rowsHeight;
   header_.setGeometry(0, y, width(), header_.wantedHeight());
-  int cardY = y + header_.wantedHeight() + problemHeight();
-  for (auto* card : {&connectionCard_, &restoreCard_}) {
-    card->setGeometry(0, cardY, width(), card->wantedHeight());
-    cardY += card->wantedHeight();
-  }
+  cards_.place(y + header_.wantedHeight() + problemHeight());
   y += chrome;
   scroll_.setGeometry(0, y, width(), rowsHeight);
-  rows_->resize(width(), rows_->wantedHeight());
+  rows_->resize(width(), rows_->shownHeight());
   // Bands may be scrolled to the very bottom, where the column is round.
   scroll_.setMask(roundedAtBottom(scroll_.rect()));
 }
@@ -204,47 +197,12 @@ int ColumnView::problemHeight() const {
 
 /// Everything above the rows.
 int ColumnView::chromeHeight() const {
-  return header_.wantedHeight() + problemHeight() + connectionCard_.wantedHeight() +
-         restoreCard_.wantedHeight();
-}
-
-void ColumnView::showCards() {
-  connectionCard_.setContent(connectionCard({.state = connection_->state(),
-                                             .message = connection_->message(),
-                                             .busy = connection_->busy(),
-                                             .dismissed = connection_->cardDismissed()}),
-                             theme(), width());
-  const auto& offers = store_->offers();
-  restoreCard_.setContent(restoreCard({.pending = offers.pendingRestore().size(),
-                                       .recent = offers.recentClosed().size(),
-                                       .restoring = offers.restoring(),
-                                       .message = offers.restoreMessage()}),
-                          theme(), width());
-}
-
-void ColumnView::chosen(CardAction action, bool ticked) {
-  switch (action) {
-    case CardAction::connect:
-      return connection_->connect(/*loginItem=*/ticked);
-    case CardAction::connectLater:
-      connection_->setCardDismissed(true);
-      return connection_->clearMessage();  // what is to be read keeps the card open
-    case CardAction::lookAgain:
-      return connection_->refresh();
-    case CardAction::closeMessage:
-      return connection_->clearMessage();
-    case CardAction::restoreAll:
-      return store_->offers().restoreReboot();
-    case CardAction::dismissRestore:
-      return store_->offers().dismissRestore();
-    case CardAction::reopenRecent:
-      return store_->offers().restoreRecent();
-    case CardAction::dismissRecent:
-      return store_->offers().dismissRecent();
-  }
+  return header_.wantedHeight() + problemHeight() + cards_.wantedHeight();
 }
 
 void ColumnView::paintEvent(QPaintEvent*) {
+  painted_ = true;
+  if (std::exchange(rowsAreMissing_, false)) QTimer::singleShot(0, this, &ColumnView::refresh);
   QPainter painter(this);
   const auto colors = theme();
   paintColumnGround(painter, rect(), colors);
@@ -257,80 +215,15 @@ void ColumnView::paintEvent(QPaintEvent*) {
   }
 }
 
-/// At most one row is open: opening another closes the first.
-void ColumnView::tapped(const ZelvaneSession& session) {
-  editor_.finish();
-  if (opened_.expanded == session.id) {
-    opened_.expanded.reset();
-  } else {
-    opened_.expanded = session.id;
-  }
-  expandedAt_ = options_.clock();
-  refresh();
-}
-
-void ColumnView::titleTapped(const ZelvaneSession& session) {
-  const bool onlyOpened = !session.pinned && session.state != ZelvaneState::waiting;
-  if (titleTapEdits(onlyOpened ? expandedAt_ : std::nullopt, options_.clock())) {
-    startEditing(session, EditorField::title);
-  }
-}
-
-void ColumnView::startEditing(const ZelvaneSession& session, EditorField field) {
-  const bool big = session.pinned || session.state == ZelvaneState::waiting;
-  if (!big) opened_.expanded = session.id;
-  store_->setEditing(editingKey(field, session.id));
-}
-
-void ColumnView::prepareEffort(const ZelvaneSession& session) {
-  store_->prepareEffort(session, session.suggestedEffort, [](const std::string& text) {
-    QGuiApplication::clipboard()->setText(QString::fromStdString(text));
-  });
-  opened_.copied = session.id;
-  copiedEnds_.start();
-  refresh();
-}
-
-void ColumnView::openTerminal(const ZelvaneSession& session) {
-  if (!std::exchange(terminalButtonLearned_, true)) {
-    if (!store_->readOnly()) options_.defaults->set(learnedKey, true);
-    refresh();
-  }
-  store_->open(session);
-}
-
 void ColumnView::showRowMenu(const ZelvaneSession& session, QPoint point) {
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   styleMenu(*menu, theme());
-  for (const auto& [title, command] : rowMenu(session)) {
+  for (const auto& [title, wish] : rowMenu(session)) {
     connect(menu->addAction(QString::fromStdString(title)), &QAction::triggered, this,
-            [this, session, wish = command] { perform(wish, session); });
+            [this, session, chosen = wish] { actions_.carryOut(chosen, session); });
   }
   menu->popup(point);
-}
-
-/// The row may have changed or gone while its menu was open.
-void ColumnView::perform(RowCommand command, const ZelvaneSession& offered) {
-  const auto& rows = store_->sessions();
-  const auto found = std::find_if(rows.begin(), rows.end(), [&](const auto& row) {
-    return row.id == offered.id && row.pid == offered.pid;
-  });
-  if (found == rows.end()) return;
-  const ZelvaneSession session = *found;
-  switch (command) {
-    case RowCommand::open:
-      return store_->open(session);
-    case RowCommand::togglePin:
-      return store_->togglePin(session);
-    case RowCommand::rename:
-      return startEditing(session, EditorField::title);
-    case RowCommand::editMemo:
-      return startEditing(session, EditorField::memo);
-    case RowCommand::acknowledge:
-      store_->ack(session.id);
-      return store_->refreshNow();
-  }
 }
 
 }  // namespace zelvane

@@ -11,9 +11,9 @@
 
 #include "app/connect/connection_controller.h"
 #include "app/model/store/store.h"
-#include "app/ui/card/card.h"
+#include "app/ui/card/cards.h"
 #include "app/ui/column/header.h"
-#include "app/ui/column/row_menu.h"
+#include "app/ui/column/row_actions.h"
 #include "app/ui/column/rows_block.h"
 #include "app/ui/column/second_ticker.h"
 #include "app/ui/editors/open_editor.h"
@@ -66,21 +66,13 @@ class ColumnView : public QWidget {
   };
 
   void storeChanged(ZelvaneStore::Change change);
-  void tapped(const ZelvaneSession& session);
-  void titleTapped(const ZelvaneSession& session);
-  void openTerminal(const ZelvaneSession& session);
   void showRowMenu(const ZelvaneSession& session, QPoint point);
-  void perform(RowCommand command, const ZelvaneSession& offered);
-  void startEditing(const ZelvaneSession& session, EditorField field);
-  void prepareEffort(const ZelvaneSession& session);
   void planRows();
   void placeEditor();
   void place();
   void reportHeight();
   int problemHeight() const;
   int chromeHeight() const;
-  void showCards();
-  void chosen(CardAction action, bool ticked);
   QStringList problemLines() const;
 
   std::shared_ptr<ZelvaneStore> store_;
@@ -88,16 +80,14 @@ class ColumnView : public QWidget {
   const PanelSize& panelSize_;
   Options options_;
   Callbacks callbacks_;
-  Opened opened_;
-  std::optional<Time> expandedAt_;  ///< when a row was last opened or closed
-  QTimer copiedEnds_;
-  bool terminalButtonLearned_;
+  RowActions actions_;
   int contentHeight_ = 0;
+  bool painted_ = false;         ///< at least once
+  bool rowsAreMissing_ = false;  ///< those that the first frame had no room for
   std::optional<Ground> ground_;
 
   Header header_;
-  Card connectionCard_;
-  Card restoreCard_;
+  Cards cards_;
   QScrollArea scroll_;
   RowsBlock* rows_;  ///< owned by the scroll area
   OpenEditor editor_;

@@ -1,5 +1,8 @@
 #include "app/ui/column/column_view.h"
 
+#include <QtGui/QMouseEvent>
+#include <QtWidgets/QMenu>
+#include <QtWidgets/QScrollBar>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <set>
@@ -161,21 +164,59 @@ TEST(ColumnView, OnlyTheClockRunsOnBetweenPasses) {
   EXPECT_EQ(rows[3]->view().time.text, "완료");
 }
 
-/// The column's edge, where the width is dragged, lies over the button's first points.
-TEST(ColumnView, ASmallRowsTerminalButtonIsPressedToItsEdge) {
-  auto rows = demoRows(3, 1, now);
+/// The edges, where the sizes are dragged, lie over the rows: what is no drag is for these.
+TEST(ColumnView, RowsAreReachedThroughTheEdges) {
+  auto rows = demoRows(60, 1, now);
   rows[1].tty = "/dev/pts/4";
   Column column(rows);
-  const auto press = [&](QPoint inRow) {
-    QTest::mouseClick(column.panel.windowHandle(), Qt::LeftButton, {},
-                      column.rows()[1]->mapTo(&column.panel, inRow));
+  auto* window = column.panel.windowHandle();
+  const auto inPanel = [&](std::size_t row, QPoint point) {
+    return column.rows()[row]->mapTo(&column.panel, point);
   };
-  press({3, 10});
-  EXPECT_TRUE(QTest::qWaitFor([&] { return column.jumpsSoFar().size() == 1; }));
-  press({3, 25});
-  press({1, 10});
-  EXPECT_EQ(column.sizes(), "sss") << "the edge";
-  EXPECT_EQ(column.jumpsSoFar().size(), 1U);
+  const QPoint atTheLeft = inPanel(0, {1, 25});
+  QTest::mouseClick(window, Qt::LeftButton, {}, atTheLeft);
+  EXPECT_EQ(column.sizes().substr(0, 3), "Bss");
+  QTest::mouseClick(window, Qt::LeftButton, {}, atTheLeft);
+  EXPECT_EQ(column.sizes().substr(0, 3), "sss");
+  column.settle();
+
+  QTest::mouseClick(window, Qt::LeftButton, {}, inPanel(1, {3, 10}));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return column.jumpsSoFar().size() == 1; })) << "its button";
+  EXPECT_EQ(column.sizes().substr(0, 3), "sss");
+
+  QTest::mouseClick(window, Qt::RightButton, {}, atTheLeft);
+  auto* menu = column.view->findChild<QMenu*>();
+  ASSERT_TRUE(menu && menu->isVisible());
+  menu->close();
+
+  const auto* scroll = column.view->findChild<QScrollArea*>();
+  QWheelEvent wheel(atTheLeft, window->mapToGlobal(atTheLeft), {}, {0, -120}, Qt::NoButton, {},
+                    Qt::NoScrollPhase, /*inverted=*/false);
+  QCoreApplication::sendEvent(window, &wheel);
+  EXPECT_GT(scroll->verticalScrollBar()->value(), 0);
+
+  Column low(demoRows(3, 1, now));
+  QTest::mouseClick(low.panel.windowHandle(), Qt::LeftButton, {}, {150, low.panel.height() - 2});
+  EXPECT_EQ(low.sizes(), "ssB") << "at the bottom";
+}
+
+/// The second tap of a double click is none: it would close what the first one opened.
+TEST(ColumnView, ADoubleClickOpensARowAndLeavesItOpen) {
+  Column column(demoRows(3, 1, now));
+  auto* window = column.panel.windowHandle();
+  for (const int x : {2, 150}) {
+    const auto* row = column.rows()[1];
+    const QPoint place = row->mapTo(&column.panel, QPoint(x, 4));
+    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease,
+                            QEvent::MouseButtonDblClick, QEvent::MouseButtonRelease}) {
+      QMouseEvent event(type, place, window->mapToGlobal(place), Qt::LeftButton, Qt::LeftButton,
+                        {});
+      QCoreApplication::sendEvent(window, &event);
+    }
+    EXPECT_EQ(column.sizes(), "sBs") << x;
+    column.click(1);
+    EXPECT_EQ(column.sizes(), "sss");
+  }
 }
 
 /// A window manager's "close" ends what is being typed; the program ends by its own menu.

@@ -130,6 +130,16 @@ TEST(LivingRows, GoOnWhereTheyAreWhenRowsChange) {
   EXPECT_NE(withoutTime(*first), before);
 }
 
+/// It comes to what a row looks like at once where nothing is to move.
+TEST(LivingRows, ARowThatOpensFadesToItsEnd) {
+  Column still(rowsOf({State::idle})), moving(rowsOf({State::idle}));
+  still.view->setAppearance(/*dark=*/false, /*still=*/true);
+  for (auto* column : {&still, &moving}) column->click(0);
+  const QImage opened = picture(*still.rows()[0]);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return picture(*moving.rows()[0]) == opened; }));
+  EXPECT_EQ(picture(*still.rows()[0]), opened);
+}
+
 /// In a still picture the character lies in its frame as it was drawn, pixel by pixel.
 TEST(LivingRows, ACharacterLiesInItsFrame) {
   const auto rows = rowsOf({State::waiting, State::working});

@@ -61,6 +61,29 @@ TEST(Reach, EverythingThatCanBePressedHasANameAndARole) {
   EXPECT_EQ(told(column.rows()[0]->parentWidget())->role(), QAccessible::List);
 }
 
+/// Buttons that are hidden at the moment would be there for a screen reader to find.
+TEST(Reach, NothingHiddenIsTold) {
+  const auto hidden = [](const QWidget& panel) {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    std::vector<std::string> found;
+    for (auto* button : panel.findChildren<QAbstractButton*>()) {
+      if (button->isHidden() || button->parentWidget()->isHidden()) {
+        found.push_back(button->text().toStdString());
+      }
+    }
+    return found;
+  };
+  Column column(demoRows(2, 1, now));
+  EXPECT_THAT(hidden(column.panel), ElementsAre());
+  column.click(0);
+  column.connection.state = Installer::State::notConnected;
+  column.connection.controller->refresh();
+  EXPECT_THAT(hidden(column.panel), ElementsAre());
+  column.click(0);
+  column.connection.controller->setCardDismissed(true);
+  EXPECT_THAT(hidden(column.panel), ElementsAre());
+}
+
 TEST(Reach, ARowCanBePressedAndOpenedAndHasAMenu) {
   Column column(showcaseRows(1, now));
   const auto actions = [&](std::size_t row) {

@@ -109,11 +109,15 @@ RowLayout smallLayout(const RowView& view, int width) {
 
   const int left = leading + character.width() + gap;
   const bool noted = !view.memo.text.empty();
-  int right = width - trailing - (view.time.text.empty() ? 0 : timeWidth(view) + gap);
-  const int beside = right - tile - gap;
-  if (!tileMakesWay(smallTextWidth(view), beside - left)) {
-    layout.tile = QRect(right - tile, (layout.height - tile) / 2, tile, tile);
-    right = beside;
+  const int wholeTime = view.time.text.empty() ? 0 : timeWidth(view) + gap;
+  int right = width - trailing - wholeTime;
+  // Tiles stand below one another, whatever the times are; nearer to the time where that is tight.
+  for (const int reserved : {std::max(wholeTime, clockWidth + gap), wholeTime}) {
+    const int tileLeft = width - trailing - reserved - tile;
+    if (tileMakesWay(smallTextWidth(view), tileLeft - gap - left)) continue;
+    layout.tile = QRect(tileLeft, (layout.height - tile) / 2, tile, tile);
+    right = tileLeft - gap;
+    break;
   }
   const int top = (layout.height - smallTextHeight(view)) / 2;
   const int titleHeight = lineHeight(titlePixels);

@@ -21,6 +21,11 @@ ZelvaneSession fullSession(const std::string& text) {
   return session;
 }
 
+/// Of a row that nobody opened.
+RowView viewAt(const ZelvaneSession& session, double seconds) {
+  return rowView(session, {.now = timeAt(seconds), .size = rowSize(session, {})});
+}
+
 std::string repeated(const std::string& text, int times) {
   std::string all;
   for (int i = 0; i < times; ++i) all += text;
@@ -52,8 +57,9 @@ TEST(RowLayout, NothingOverlapsWhateverTheTexts) {
       for (const auto& [pinned, editor] : forms) {
         auto session = fullSession(text);
         session.pinned = pinned;
-        const auto layout =
-            rowLayout(rowView(session, {.now = timeAt(9e9), .editor = editor}), width);
+        const auto size = pinned || editor ? RowSize::big : RowSize::small;
+        const auto view = rowView(session, {.now = timeAt(9e9), .size = size, .editor = editor});
+        const auto layout = rowLayout(view, width);
         const QRect row(0, 0, width, layout.height);
         std::vector<QRect> boxes{layout.character};
         for (const auto& placed : layout.texts) {
@@ -80,7 +86,7 @@ TEST(RowLayout, NothingOverlapsWhateverTheTexts) {
 TEST(RowLayout, LongTextsAreCutAndTheTimeStaysWhole) {
   auto session = fullSession(repeated("긴 제목 ", 40));
   session.progress.reset();
-  const auto layout = rowLayout(rowView(session, {.now = timeAt(3605)}), 280);
+  const auto layout = rowLayout(viewAt(session, 3605), 280);
   EXPECT_TRUE(layout.texts.front().text.endsWith(QChar(0x2026)));
   EXPECT_EQ(layout.time.text, "1:00:05");
 }
@@ -89,7 +95,7 @@ TEST(RowLayout, AVeryLongMemoEndsWithAnEllipsis) {
   ZelvaneSession session;
   session.pinned = true;
   session.memo = "a" + repeated("👩", 1500);  // its limit lies within a character
-  const auto layout = rowLayout(rowView(session, {.now = timeAt(60)}), 280);
+  const auto layout = rowLayout(viewAt(session, 60), 280);
   QString last;
   for (const auto& placed : layout.texts) {
     if (layout.memoGround.contains(placed.box)) last = placed.text;
@@ -113,12 +119,24 @@ TEST(RowLayout, ATileMakesWayForATitleThatWouldBeCut) {
     session.state = ZelvaneState::working;
     session.since = timeAt(0);
     session.pinned = pinned;
-    const auto layout = rowLayout(rowView(session, {.now = timeAt(60)}), width);
+    const auto layout = rowLayout(viewAt(session, 60), width);
     EXPECT_EQ(!layout.tile.isEmpty(), tile) << width << " " << titleLength;
     if (!tile) continue;
     EXPECT_EQ(layout.tile.width(), pinned ? 40 : 20);
     EXPECT_EQ(layout.tile.right() + 1, pinned ? width - 14 : width - 14 - 52 - 8);
   }
+}
+
+TEST(RowLayout, SmallTilesStandBelowOneAnother) {
+  for (const auto state : {ZelvaneState::working, ZelvaneState::done, ZelvaneState::idle}) {
+    ZelvaneSession session;
+    session.title = "짧게";
+    session.state = state;
+    EXPECT_EQ(rowLayout(viewAt(session, 60), 280).tile.left(), 280 - 14 - 52 - 8 - 20);
+  }
+  ZelvaneSession tight;
+  tight.title = repeated("글", 11);
+  EXPECT_EQ(rowLayout(viewAt(tight, 60), 280).tile.right() + 1, 280 - 14) << "it has no time";
 }
 
 TEST(RowLayout, ATileMakesWayForAQuestionThatWouldBeCut) {
@@ -128,7 +146,7 @@ TEST(RowLayout, ATileMakesWayForAQuestionThatWouldBeCut) {
     session.subtitle = repeated("글", 12);
     session.state = state;
     session.pinned = true;
-    const auto layout = rowLayout(rowView(session, {.now = timeAt(60)}), 280);
+    const auto layout = rowLayout(viewAt(session, 60), 280);
     EXPECT_EQ(layout.tile.isEmpty(), state == ZelvaneState::waiting);
   }
 }
@@ -140,7 +158,7 @@ TEST(RowLayout, ASmallTileMakesWayForASubtitleThatWouldBeCut) {
     session.subtitle = repeated("글", length);
     session.state = ZelvaneState::working;
     session.since = timeAt(0);
-    const auto layout = rowLayout(rowView(session, {.now = timeAt(60)}), 280);
+    const auto layout = rowLayout(viewAt(session, 60), 280);
     EXPECT_EQ(layout.tile.isEmpty(), length == 13);
   }
 }
@@ -156,14 +174,14 @@ TEST(RowLayout, ASuggestedEffortStandsBesideTheModelWhereItFits) {
     return *std::find_if(texts.begin(), texts.end(),
                          [](const auto& placed) { return placed.text == "Opus 4.1 / Low"; });
   };
-  const auto narrow = rowLayout(rowView(session, {.now = timeAt(60)}), 280);
+  const auto narrow = rowLayout(viewAt(session, 60), 280);
   EXPECT_GT(narrow.effortButton.top(), modelOf(narrow).box.bottom());
-  const auto wide = rowLayout(rowView(session, {.now = timeAt(60)}), 480);
+  const auto wide = rowLayout(viewAt(session, 60), 480);
   EXPECT_EQ(wide.effortButton.top(), modelOf(wide).box.top());
 }
 
 TEST(RowLayout, TheCompactButtonLiesOutsideOfTheCharacter) {
-  const auto layout = rowLayout(rowView(fullSession("x"), {.now = timeAt(60)}), 300);
+  const auto layout = rowLayout(viewAt(fullSession("x"), 60), 300);
   const QRect button = layout.terminalButton;
   EXPECT_EQ(button.topLeft(), QPoint(3, 3));
   int area = 0;
@@ -181,8 +199,8 @@ TEST(RowLayout, TheCompactButtonLiesOutsideOfTheCharacter) {
 TEST(RowLayout, TheClockKeepsItsPlaceWhileDigitsChange) {
   auto session = fullSession(repeated("긴 제목 ", 40));
   session.progress.reset();
-  const auto early = rowLayout(rowView(session, {.now = timeAt(1)}), 280);
-  const auto late = rowLayout(rowView(session, {.now = timeAt(3599)}), 280);
+  const auto early = rowLayout(viewAt(session, 1), 280);
+  const auto late = rowLayout(viewAt(session, 3599), 280);
   EXPECT_EQ(early.texts.front().text, late.texts.front().text);
   EXPECT_EQ(early.height, late.height);
 }

@@ -5,14 +5,13 @@
 #include <vector>
 
 #include "app/model/records/session.h"
+#include "app/ui/column/row_wish.h"
 
 namespace zelvane {
 
-enum class RowCommand { open, togglePin, rename, editMemo, acknowledge };
-
 struct RowMenuItem {
   std::string title;
-  RowCommand command;
+  RowWish wish;
   bool operator==(const RowMenuItem&) const = default;
 };
 

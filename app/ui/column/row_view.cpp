@@ -122,7 +122,6 @@ void addMemoButton(RowView& view, const ZelvaneSession& session, const RowContex
 void fillBig(RowView& view, const ZelvaneSession& session, const RowContext& context) {
   const auto& theme = context.theme;
   const bool waits = session.state == ZelvaneState::waiting;
-  view.tappable = !waits && !session.pinned;
   if (session.pinned) view.tag = {L("고정"), theme.sub, Weight::semibold};
   view.title.weight = Weight::bold;
   view.subtitle.color = waits ? theme.wait : theme.sub;
@@ -163,10 +162,8 @@ std::string spokenDetails(const ZelvaneSession& session, Time now) {
 
 RowView rowView(const ZelvaneSession& session, const RowContext& context) {
   RowView view;
-  // A row whose state changes must not shrink around what is being typed.
-  const bool big = session.pinned || session.state == ZelvaneState::waiting || context.expanded ||
-                   context.editor;
-  view.size = big ? RowSize::big : RowSize::small;
+  view.size = context.size;
+  view.tappable = !alwaysBig(session);
   view.title = {printable(session.title), context.theme.fg};
   view.subtitle = {printable(session.subtitle), context.theme.sub};
   view.memo = {session.memo.value_or(""), context.theme.fg};
@@ -175,7 +172,7 @@ RowView rowView(const ZelvaneSession& session, const RowContext& context) {
   view.accessibleName = spokenName(session);
   view.accessibleDescription = spokenDetails(session, context.now);
   addLiving(view, session, context);
-  if (big) {
+  if (view.size == RowSize::big) {
     fillBig(view, session, context);
   } else {
     fillSmall(view, session, context);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "app/model/records/session.h"
+#include "app/ui/column/row_size.h"
 #include "app/ui/editors/editing_rules.h"
 #include "app/ui/friends/friend_motion.h"
 #include "app/ui/rain/rain_model.h"
@@ -13,7 +14,6 @@
 
 namespace zelvane {
 
-enum class RowSize { small, big };
 enum class Weight { regular, medium, semibold, bold };
 
 /// A text as it is drawn; an empty one is left out.
@@ -82,7 +82,7 @@ struct RowView {
 struct RowContext {
   ThemeSpec theme;
   Time now;
-  bool expanded = false;                        ///< the user opened the row
+  RowSize size = RowSize::small;
   bool liveClock = true;                        ///< working times run by the second
   bool still = false;                           ///< nothing else moves
   bool terminalButtonLearned = false;           ///< the user knows what the button does

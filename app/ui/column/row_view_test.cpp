@@ -21,31 +21,8 @@ ZelvaneSession session(State state, double secondsAgo = 125) {
 }
 
 RowView viewOf(const ZelvaneSession& of, bool expanded = false, bool liveClock = true) {
-  return rowView(of, {theme, now, expanded, liveClock});
-}
-
-TEST(RowView, SizeAndTapFollowPinsStateAndWish) {
-  struct Case {
-    State state;
-    bool pinned, expanded;
-    RowSize size;
-    bool tappable;
-  };
-  const Case cases[]{
-      {State::working, false, false, RowSize::small, true},
-      {State::working, false, true, RowSize::big, true},
-      {State::idle, true, false, RowSize::big, false},
-      {State::idle, true, true, RowSize::big, false},
-      {State::waiting, false, false, RowSize::big, false},
-  };
-  for (const auto& [state, pinned, expanded, size, tappable] : cases) {
-    auto row = session(state);
-    row.pinned = pinned;
-    const auto view = viewOf(row, expanded);
-    EXPECT_EQ(view.size, size);
-    EXPECT_EQ(view.tappable, tappable);
-    EXPECT_EQ(view.tag.text, pinned ? "고정" : "");
-  }
+  const auto size = expanded ? RowSize::big : RowSize::small;
+  return rowView(of, {theme, now, size, liveClock});
 }
 
 TEST(RowView, TimeOfASmallRowIsTheFirstThatApplies) {
@@ -141,7 +118,8 @@ TEST(RowView, AnotherEffortIsOfferedUntilItsCommandIsCopied) {
     row.model = "Opus 4.1";
     row.effort = effort;
     row.suggestedEffort = suggested;
-    const auto view = rowView(row, {.theme = theme, .now = now, .copied = copied});
+    const auto view =
+        rowView(row, {.theme = theme, .now = now, .size = RowSize::big, .copied = copied});
     EXPECT_EQ(view.model.text, model);
     EXPECT_EQ(view.suggestion.text, suggestion);
     EXPECT_EQ(view.effortButton.value_or(TextButtonLook{}).title, button);
@@ -154,9 +132,8 @@ TEST(RowView, AnotherEffortIsOfferedUntilItsCommandIsCopied) {
 TEST(RowView, TheMemosButtonMakesWayForAnEditor) {
   auto row = session(State::working);
   const auto button = [&](std::optional<EditorRoom> editor) {
-    const auto view = rowView(
-        row, {.theme = theme, .now = now, .expanded = !editor.has_value(), .editor = editor});
-    EXPECT_EQ(view.size, RowSize::big) << "also for an editor alone";
+    const auto view =
+        rowView(row, {.theme = theme, .now = now, .size = RowSize::big, .editor = editor});
     return view.memoButton.value_or(TextButtonLook{}).title;
   };
   EXPECT_EQ(button({}), "+ 메모");

@@ -51,29 +51,57 @@ RowWidget::RowWidget(QWidget* parent, Stage& stage, Callbacks callbacks)
 
 void RowWidget::setView(const RowView& view, int width) {
   if (view == view_ && width == width_) return;
+  if (fadesInto(view, width)) {
+    fade_ = std::make_unique<CrossFade>(*this, [this] {
+      update();
+      fadeButtons();
+      callbacks_.grew();
+    });
+  }
   view_ = view;
   width_ = width;
   layout_ = rowOutline(view_, width);
   arranged_ = false;
-  terminalButton_.setLook(view_.terminal, view_.size, view_.opacity);
   terminalButton_.setGeometry(layout_.terminalButton);
-  placeButton(memoButton_, view_.memoButton, layout_.memoButton, callbacks_.memoWanted);
-  placeButton(effortButton_, view_.effortButton, layout_.effortButton, callbacks_.effortWanted);
+  placeButton(memoButton_, view_.memoButton, layout_.memoButton, RowWish::editMemo);
+  placeButton(effortButton_, view_.effortButton, layout_.effortButton, RowWish::takeEffort);
+  fadeButtons();
   tellRowChanged(*this);
   update();
 }
 
-/// Most rows are small and have none.
+/// They paint themselves, and come with the rest of a row that opens or closes.
+void RowWidget::fadeButtons() {
+  const double share = fade_ ? fade_->share() : 1;
+  terminalButton_.setLook(view_.terminal, view_.size, view_.opacity * share);
+  for (auto* button : {memoButton_.get(), effortButton_.get()}) {
+    if (button) button->setOpacity(share);
+  }
+}
+
+/// Whether what is seen now passes smoothly into the view.
+bool RowWidget::fadesInto(const RowView& view, int width) const {
+  const bool opensOrCloses = view.size != view_.size && width == width_;
+  // An editor is there at once, and wants all of its room.
+  const bool smoothly = !view.character.still && !view.editor;
+  return opensOrCloses && smoothly && !visibleRegion().isEmpty();
+}
+
+/// Most rows are small and have none, not even a hidden one for a screen reader to find.
 void RowWidget::placeButton(std::unique_ptr<TextButton>& button,
                             const std::optional<TextButtonLook>& look, const QRect& place,
-                            const std::function<void()>& action) {
-  if (look && !button) button = std::make_unique<TextButton>(this, action);
-  if (!button) return;
-  if (look) {
-    button->setLook(*look);
-    button->setGeometry(place);
+                            RowWish wish) {
+  if (!look) {
+    if (!button) return;
+    button->hide();
+    return button.release()->deleteLater();  // it may be telling that it was pressed
   }
-  button->setVisible(look.has_value());
+  if (!button) {
+    button = std::make_unique<TextButton>(this, [this, wish] { callbacks_.wished(wish); });
+    button->show();
+  }
+  button->setLook(*look);
+  button->setGeometry(place);
 }
 
 /// When the row is seen, not before: most of three hundred rows never are.
@@ -101,11 +129,14 @@ void RowWidget::paintEvent(QPaintEvent* event) {
   const QRegion& dirty = event->region();
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setOpacity(view_.opacity);
+  if (fade_ && fade_->over()) fade_.reset();
+  if (fade_) fade_->paint(painter);
+  const double opacity = view_.opacity * (fade_ ? fade_->share() : 1);
+  painter.setOpacity(opacity);
   paintGrounds(painter);
   if (view_.size == RowSize::big) paintFrame(painter);
-  character_.paint(painter, dirty, view_.opacity);
-  rain_.paint(painter, dirty, view_.opacity);
+  character_.paint(painter, dirty, opacity);
+  rain_.paint(painter, dirty, opacity);
   for (const auto& placed : layout_.texts) {
     if (dirty.intersects(placed.box)) paintText(painter, placed);
   }
@@ -152,17 +183,15 @@ void RowWidget::mousePressEvent(QMouseEvent* event) {
   pressed_ = event->button() == Qt::LeftButton;
 }
 
+/// It follows a tap, which has been seen to.
+void RowWidget::mouseDoubleClickEvent(QMouseEvent*) { pressed_ = false; }
+
 void RowWidget::mouseReleaseEvent(QMouseEvent* event) {
   const bool released = pressed_ && event->button() == Qt::LeftButton;
   pressed_ = false;
   const QPoint point = event->position().toPoint();
   if (!released || !rect().contains(point)) return;
-  if (layout_.title.contains(point)) return callbacks_.titleTapped();
-  tap();
-}
-
-void RowWidget::tap() {
-  if (view_.tappable) callbacks_.tapped();
+  callbacks_.wished(layout_.title.contains(point) ? RowWish::tapTitle : RowWish::tap);
 }
 
 void RowWidget::openMenu() { callbacks_.menuWanted(mapToGlobal(rect().center())); }

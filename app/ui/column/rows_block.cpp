@@ -43,30 +43,31 @@ RowsBlock::RowsBlock(QWidget* parent, Stage& stage, Callbacks callbacks)
 RowsBlock::Row& RowsBlock::rowFor(const PlannedRow& planned, Rows& before) {
   std::string key = planned.session.id + "#" + std::to_string(planned.session.pid);
   while (rows_.count(key) > 0) key += "+";
-  auto& row = rows_[key];
   const auto found = before.find(key);
-  row.widget = found != before.end() ? std::move(found->second.widget) : makeWidget(key);
-  row.session = planned.session;
-  return row;
+  auto widget = found != before.end() ? std::move(found->second.widget) : makeWidget(key);
+  return rows_.emplace(key, Row{planned.session, std::move(widget)}).first->second;
+}
+
+/// A copy: what is wished of a row may replace it. Nothing for a row that has left.
+std::optional<ZelvaneSession> RowsBlock::sessionOf(const std::string& key) const {
+  const auto found = rows_.find(key);
+  if (found == rows_.end()) return std::nullopt;
+  return found->second.session;
 }
 
 std::unique_ptr<RowWidget> RowsBlock::makeWidget(const std::string& key) {
-  using Wish = std::function<void(const ZelvaneSession&)>;
-  // With a copy: what the wish leads to may replace the row.
-  const auto about = [this, key](const Wish& wish) {
-    return [this, key, &wish] { wish(ZelvaneSession(rows_[key].session)); };
+  const auto wished = [this, key](RowWish wish) {
+    if (const auto session = sessionOf(key)) callbacks_.wished(wish, *session);
+  };
+  const auto menuWanted = [this, key](QPoint point) {
+    if (const auto session = sessionOf(key)) callbacks_.menuWanted(*session, point);
+  };
+  const auto grew = [this] {
+    placeItems();
+    callbacks_.grew();
   };
   auto widget = std::make_unique<RowWidget>(
-      this, stage_,
-      RowWidget::Callbacks{.tapped = about(callbacks_.tapped),
-                           .menuWanted =
-                               [this, key](QPoint point) {
-                                 callbacks_.menuWanted(ZelvaneSession(rows_[key].session), point);
-                               },
-                           .openWanted = about(callbacks_.openWanted),
-                           .titleTapped = about(callbacks_.titleTapped),
-                           .memoWanted = about(callbacks_.memoWanted),
-                           .effortWanted = about(callbacks_.effortWanted)});
+      this, stage_, RowWidget::Callbacks{.wished = wished, .menuWanted = menuWanted, .grew = grew});
   widget->show();
   return widget;
 }
@@ -74,33 +75,42 @@ std::unique_ptr<RowWidget> RowsBlock::makeWidget(const std::string& key) {
 void RowsBlock::setPlan(std::vector<ColumnItem> plan, const ThemeSpec& theme, int width) {
   Rows before;
   before.swap(rows_);
-  const auto placesBefore = std::exchange(places_, {});
-  const bool anew = theme != theme_ || !sameGround(plan, plan_);
+  if (theme != theme_ || !sameGround(plan, plan_)) update();
   plan_ = std::move(plan);
   theme_ = theme;
-  int y = 0;
+  width_ = width;
+  widgets_.clear();
   for (const auto& item : plan_) {
-    int height = std::holds_alternative<Divider>(item) ? dividerHeight : bandHeight();
-    if (const auto* planned = std::get_if<PlannedRow>(&item)) {
-      auto& widget = *rowFor(*planned, before).widget;
-      widget.setView(planned->view, width);
-      height = widget.wantedHeight();
-      widget.setGeometry(0, y, width, height);
-    }
-    places_.emplace_back(0, y, width, height);
-    y += height;
+    const auto* planned = std::get_if<PlannedRow>(&item);
+    widgets_.push_back(planned ? rowFor(*planned, before).widget.get() : nullptr);
+    if (planned) widgets_.back()->setView(planned->view, width);
   }
-  if (plan_.empty()) {
-    y = 2 * emptyPadding + static_cast<int>(emptyLines(width).size()) * lineHeight(emptyPixels);
-  }
-  height_ = y;
   // A row that left may be the one whose event is being handled: it goes when that is over.
   for (auto& [key, row] : before) {
     if (!row.widget) continue;
     row.widget->hide();
     row.widget.release()->deleteLater();
   }
-  if (anew || places_ != placesBefore) update();
+  placeItems();
+}
+
+/// Puts the items below one another, as high as they are by now.
+void RowsBlock::placeItems() {
+  const auto before = std::exchange(places_, {});
+  height_ = shownHeight_ = 0;
+  for (std::size_t i = 0; i < plan_.size(); ++i) {
+    const int fixed = std::holds_alternative<Divider>(plan_[i]) ? dividerHeight : bandHeight();
+    auto* row = widgets_[i];
+    places_.emplace_back(0, shownHeight_, width_, row ? row->shownHeight() : fixed);
+    if (row) row->setGeometry(places_[i]);
+    height_ += row ? row->wantedHeight() : fixed;
+    shownHeight_ += places_[i].height();
+  }
+  if (plan_.empty()) {
+    const auto lines = static_cast<int>(emptyLines(width_).size());
+    height_ = shownHeight_ = 2 * emptyPadding + lines * lineHeight(emptyPixels);
+  }
+  if (places_ != before) update();
 }
 
 /// The arrows go from row to row, past the buttons in them.

@@ -71,6 +71,7 @@ struct Column {
     panel.appear();
     panel.setContentHeight(view->contentHeight());
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&panel));
+    QCoreApplication::processEvents();  // the rows that the first frame had no room for
   }
 
   std::vector<RowWidget*> rows() const {
@@ -88,16 +89,29 @@ struct Column {
     for (const auto* row : rows()) text += row->view().size == RowSize::big ? "B" : "s";
     return text;
   }
+  /// Until no row opens or closes any more.
+  void settle() const {
+    EXPECT_TRUE(QTest::qWaitFor([this] {
+      const auto all = rows();
+      return std::all_of(all.begin(), all.end(),
+                         [](auto* row) { return row->height() == row->wantedHeight(); });
+    }));
+  }
   void click(const QWidget* widget, QPoint at) const {
     QTest::mouseClick(panel.windowHandle(), Qt::LeftButton, {}, widget->mapTo(&panel, at));
   }
   /// Where no row has anything but itself.
-  void click(std::size_t row) const { click(rows().at(row), {8, rows().at(row)->height() - 4}); }
+  void click(std::size_t row) const {
+    settle();
+    click(rows().at(row), {8, rows().at(row)->height() - 4});
+  }
   void clickTitle(std::size_t row) const {
+    settle();
     auto* widget = rows().at(row);
     click(widget, rowLayout(widget->view(), widget->width()).title.center());
   }
   void press(const QString& title) const {
+    settle();
     for (auto* button : panel.findChildren<QAbstractButton*>()) {
       if (button->text() == title && button->isVisible()) {
         return click(button, button->rect().center());

@@ -1,6 +1,7 @@
 #include "app/ui/column/text_button.h"
 
 #include <QtGui/QPainter>
+#include <utility>
 
 #include "app/ui/column/focus.h"
 #include "app/ui/column/text_style.h"
@@ -29,9 +30,13 @@ void TextButton::setLook(const TextButtonLook& look) {
   update();
 }
 
+void TextButton::setOpacity(double opacity) {
+  if (std::exchange(opacity_, opacity) != opacity) update();
+}
+
 void TextButton::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.setOpacity(isDown() ? pressedOpacity : 1);
+  painter.setOpacity(opacity_ * (isDown() ? pressedOpacity : 1));
   painter.setPen(toColor(color_));
   const auto font = buttonFont();
   painter.setFont(font);

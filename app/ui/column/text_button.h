@@ -12,12 +12,14 @@ class TextButton : public QAbstractButton {
  public:
   TextButton(QWidget* parent, std::function<void()> action);
   void setLook(const TextButtonLook& look);
+  void setOpacity(double opacity);
 
  protected:
   void paintEvent(QPaintEvent*) override;
 
  private:
   Rgb color_;
+  double opacity_ = 1;
 };
 
 /// How wide the button is with the title, in points.

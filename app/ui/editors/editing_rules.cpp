@@ -32,11 +32,4 @@ std::optional<std::string> committedTitle(const std::string& text, const std::st
   return text;
 }
 
-bool titleTapEdits(std::optional<Time> openedAt, Time now) {
-  constexpr Seconds openingTap(0.5);
-  if (!openedAt) return true;
-  const Seconds since = now - *openedAt;
-  return since < Seconds(0) || since >= openingTap;  // the clock may have been set back
-}
-
 }  // namespace zelvane

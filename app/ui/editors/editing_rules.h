@@ -5,8 +5,6 @@
 #include <string>
 #include <utility>
 
-#include "core/time.h"
-
 namespace zelvane {
 
 enum class EditorField { title, memo };
@@ -23,9 +21,5 @@ bool titleChanged(const std::string& initial, const std::string& text);
 
 /// The user's title after a commit: nothing for Claude Code's own, which the row then follows.
 std::optional<std::string> committedTitle(const std::string& text, const std::string& claudeTitle);
-
-/// Whether a tap on a big row's title opens its editor: not the one that may have been meant to
-/// open the row. `openedAt` is when the user opened a row that is big for no other reason.
-bool titleTapEdits(std::optional<Time> openedAt, Time now);
 
 }  // namespace zelvane

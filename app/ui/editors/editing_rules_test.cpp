@@ -26,12 +26,5 @@ TEST(EditingRules, ClaudeCodesOwnTitleIsNotTheUsers) {
   EXPECT_EQ(committedTitle("Proj", "proj"), "Proj");
 }
 
-TEST(EditingRules, TheTapThatOpenedTheRowDoesNotEdit) {
-  const Time opened = timeAt(100);
-  EXPECT_FALSE(titleTapEdits(opened, timeAt(100.49)));
-  EXPECT_TRUE(titleTapEdits(opened, timeAt(100.5)));
-  EXPECT_TRUE(titleTapEdits(std::nullopt, timeAt(100)));
-}
-
 }  // namespace
 }  // namespace zelvane

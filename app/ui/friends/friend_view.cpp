@@ -57,7 +57,7 @@ void FriendView::draw(QPainter& painter, double opacity) const {
   const auto& frame = motion_.frameAt(shown_ - start_);
   const auto image = SpriteArt::image(look_->index, frame.pose, look_->big, place_.size());
   if (!image) return;
-  const double ratio = painter.device()->devicePixelRatioF();
+  const double ratio = pixelsPerPoint(painter);
   painter.setOpacity(opacity * (look_->dim ? dimOpacity : 1));
   // With fewer pixels than the picture has, leaving some out would lose a sleeper's eyes.
   painter.setRenderHint(QPainter::SmoothPixmapTransform, ratio < 2);

@@ -1,15 +1,17 @@
 #include "app/ui/appearance.h"
 
 #include <QtCore/QObject>
+#include <QtCore/QPointer>
 #include <QtCore/QString>
 #include <QtCore/QTimer>
-#include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusPendingCallWatcher>
 #include <QtDBus/QDBusPendingReply>
 #include <QtDBus/QDBusVariant>
 #include <QtWidgets/QApplication>
 #include <optional>
+
+#include "app/ui/linux/bus.h"
 
 namespace zelvane {
 namespace {
@@ -49,6 +51,7 @@ class Appearance::Watch : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  void listen();
   void askPortal();
   void ask(const char* group, const char* key, std::function<void(const QDBusMessage&)> answered);
   void decide();
@@ -66,6 +69,12 @@ Appearance::Watch::Watch(std::function<void(Wishes)> changed)
   qApp->installEventFilter(this);
   ask_.setSingleShot(true);
   connect(&ask_, &QTimer::timeout, this, &Watch::askPortal);
+  whenConnected(QDBusConnection::sessionBus, [watch = QPointer(this)] {
+    if (watch) watch->listen();
+  });
+}
+
+void Appearance::Watch::listen() {
   QDBusConnection::sessionBus().connect(service, path, interface, "SettingChanged", &ask_,
                                         SLOT(start()));
   askPortal();

@@ -1,9 +1,8 @@
 #include "app/ui/power_off_notice.h"
 
-#include <QtCore/QCoreApplication>
-#include <QtDBus/QDBusConnection>
 #include <QtGui/QAction>
-#include <thread>
+
+#include "app/ui/linux/bus.h"
 
 namespace zelvane {
 
@@ -23,18 +22,13 @@ PowerOffNotice::PowerOffNotice(std::function<void(bool goingDown)> changed)
   listener_->goingDown.setCheckable(true);
   QObject::connect(&listener_->goingDown, &QAction::toggled, &listener_->goingDown,
                    std::move(changed));
-  // Connecting waits for the bus, for ever if need be.
-  std::thread([listener = std::weak_ptr(listener_)] {
-    (void)QDBusConnection::systemBus();
-    QMetaObject::invokeMethod(
-        qApp,
-        [listener] {
-          if (const auto alive = listener.lock()) alive->listen();
-        },
-        Qt::QueuedConnection);
-  }).detach();
+  whenConnected(QDBusConnection::systemBus, [listener = std::weak_ptr(listener_)] {
+    if (const auto alive = listener.lock()) alive->listen();
+  });
 }
 
 PowerOffNotice::~PowerOffNotice() = default;
+
+bool PowerOffNotice::comesAlways() { return false; }
 
 }  // namespace zelvane

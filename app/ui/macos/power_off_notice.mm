@@ -24,4 +24,7 @@ PowerOffNotice::~PowerOffNotice() {
   [NSWorkspace.sharedWorkspace.notificationCenter removeObserver:listener_->registration];
 }
 
+// It is posted when the user logs out, too.
+bool PowerOffNotice::comesAlways() { return true; }
+
 }  // namespace zelvane

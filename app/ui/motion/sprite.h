@@ -29,6 +29,9 @@ class Sprite : public Moving {
   /// Has the host paint it anew, and the driver look again when it is due.
   void changed();
 
+  /// Of what is painted on in the end: the widget's own would be wrong in a picture of it.
+  static double pixelsPerPoint(const QPainter& painter) { return painter.deviceTransform().m11(); }
+
   AnimationDriver& driver() const { return driver_; }
 
  private:

@@ -6,6 +6,7 @@
 #include <chrono>
 
 #include "app/ui/column/column_shape.h"
+#include "app/ui/motion/cross_fade.h"
 #include "app/ui/panel/screens.h"
 
 namespace zelvane {
@@ -25,18 +26,14 @@ ColumnPanel::ColumnPanel(PanelSize& size, Callbacks callbacks)
     : QWidget(nullptr, kind() | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus),
       size_(size),
       callbacks_(std::move(callbacks)),
-      leftGrip_(this, Qt::SizeHorCursor,
-                {[this] { beginDrag(); }, [this](QPoint by) { dragBy(-by.x(), 0); },
-                 [this] { endDrag(); }}),
-      freeGrip_(this, Qt::SizeVerCursor,
-                {[this] { beginDrag(); },
-                 [this](QPoint by) { dragBy(0, anchor_ == Anchor::top ? by.y() : -by.y()); },
-                 [this] { endDrag(); }}) {
+      leftGrip_(this, dragging(/*width=*/true, /*height=*/false)),
+      freeGrip_(this, dragging(/*width=*/false, /*height=*/true)),
+      cornerGrip_(this, dragging(/*width=*/true, /*height=*/true)) {
   qApp->installEventFilter(this);
   setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_AlwaysShowToolTips);  // the window is never the active one
   setWindowTitle(QStringLiteral("Zelvane"));
-  animation_.setDuration(170);
+  animation_.setDuration(static_cast<int>(changeTakes.count()));
   animation_.setEasingCurve(QEasingCurve::InOutSine);
   // Position and size in one call: set apart, a column anchored below would jump.
   connect(&animation_, &QVariantAnimation::valueChanged, this,
@@ -50,6 +47,7 @@ ColumnPanel::ColumnPanel(PanelSize& size, Callbacks callbacks)
   look_.setInterval(1s);
   look_.setTimerType(Qt::CoarseTimer);
   connect(&look_, &QTimer::timeout, this, &ColumnPanel::lookAround);
+  winId();  // the window system makes it while the content is being made
 }
 
 /// The content goes first: what happens to it while a window is closed may still come here.
@@ -60,8 +58,7 @@ void ColumnPanel::setContent(QWidget* content) {
   content_->setParent(this);
   content_->setGeometry(rect());
   content_->show();
-  leftGrip_.raise();
-  freeGrip_.raise();
+  for (auto* grip : {&leftGrip_, &freeGrip_, &cornerGrip_}) grip->raise();
 }
 
 void ColumnPanel::appear() {
@@ -72,6 +69,7 @@ void ColumnPanel::appear() {
   place();
   updateShape();
   show();
+  if (window_) window_->comeForward();
 }
 
 void ColumnPanel::setContentHeight(int height) {
@@ -96,7 +94,7 @@ void ColumnPanel::moveTo(const Area& frame) {
   const QRect target = animating ? animation_.endValue().toRect() : geometry();
   if (target == toRect(frame)) return;
   animation_.stop();
-  if (isVisible() && growsSmoothly(toArea(geometry()), frame)) {
+  if (isVisible() && !still_ && growsSmoothly(toArea(geometry()), frame)) {
     animateTo(frame);
   } else {
     setGeometry(toRect(frame));
@@ -118,8 +116,14 @@ void ColumnPanel::resizeEvent(QResizeEvent*) {
 
 void ColumnPanel::placeGrips() {
   constexpr int grip = EdgeGrip::thickness;
-  leftGrip_.setGeometry(0, 0, grip, height());
-  freeGrip_.setGeometry(grip, anchor_ == Anchor::top ? height() - grip : 0, width() - grip, grip);
+  constexpr int corner = 2 * grip;  // it is round: of a smaller one there would be nothing left
+  const bool below = anchor_ == Anchor::top;
+  leftGrip_.setGeometry(0, below ? 0 : corner, grip, height() - corner);
+  freeGrip_.setGeometry(corner, below ? height() - grip : 0, width() - corner, grip);
+  cornerGrip_.setGeometry(0, below ? height() - corner : 0, corner, corner);
+  leftGrip_.setCursor(Qt::SizeHorCursor);
+  freeGrip_.setCursor(Qt::SizeVerCursor);
+  cornerGrip_.setCursor(below ? Qt::SizeBDiagCursor : Qt::SizeFDiagCursor);
 }
 
 /// Without translucency the corners would be black: then they are cut off, if less smoothly.
@@ -140,6 +144,10 @@ bool ColumnPanel::eventFilter(QObject* watched, QEvent* event) {
     // The window's own state changes only when the event has been handled.
     QTimer::singleShot(0, this, &ColumnPanel::lookAround);
   }
+  if (event->type() == QEvent::Show && window_) {
+    auto* popup = qobject_cast<QWindow*>(watched);
+    if (popup && popup->type() == Qt::Popup) window_->leaveFocusAlone(popup->winId());
+  }
   return QWidget::eventFilter(watched, event);
 }
 
@@ -159,8 +167,7 @@ void ColumnPanel::setLooksOften(bool often) {
 
 void ColumnPanel::setTakesKeys(bool takes) {
   if (std::exchange(takesKeys_, takes) == takes) return;
-  windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus, !takes);
-  overrideWindowFlags(windowHandle()->flags());
+  acceptKeys(takes);
   if (takes) {
     if (window_) window_->borrowKeyboard();
     activateWindow();
@@ -170,6 +177,14 @@ void ColumnPanel::setTakesKeys(bool takes) {
   }
   // The toolkit believes that its request was granted, whatever came of it.
   keysDue_.start();
+}
+
+void ColumnPanel::acceptKeys(bool accept) {
+  const auto change = [&] {
+    windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus, !accept);
+    overrideWindowFlags(windowHandle()->flags());
+  };
+  window_ ? window_->change(change) : change();
 }
 
 bool ColumnPanel::event(QEvent* event) {
@@ -182,6 +197,17 @@ bool ColumnPanel::event(QEvent* event) {
 void ColumnPanel::closeEvent(QCloseEvent* event) {
   event->setAccepted(programEnds_);
   if (!programEnds_) callbacks_.onKeysLost();
+}
+
+/// What dragging an edge does that chooses the width, the height or both.
+EdgeGrip::Callbacks ColumnPanel::dragging(bool width, bool height) {
+  return {.began = [this] { beginDrag(); },
+          .moved =
+              [this, width, height](QPoint by) {
+                const int down = anchor_ == Anchor::top ? by.y() : -by.y();
+                dragBy(width ? -by.x() : 0, height ? down : 0);
+              },
+          .ended = [this] { endDrag(); }};
 }
 
 void ColumnPanel::beginDrag() {

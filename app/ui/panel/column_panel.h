@@ -35,6 +35,8 @@ class ColumnPanel : public QWidget {
   void setAnchor(Anchor anchor);
   /// Moves to where the content, the chosen sizes and the screen want it; growing is animated.
   void place();
+  /// Whether it changes its height at once, for those who want nothing to move.
+  void setStill(bool still) { still_ = still; }
   /// Looks again whether other windows hide it; once a second while `often`.
   void lookAround();
   void setLooksOften(bool often);
@@ -52,6 +54,8 @@ class ColumnPanel : public QWidget {
   void animateTo(const Area& frame);
   void placeGrips();
   void updateShape();
+  void acceptKeys(bool accept);
+  EdgeGrip::Callbacks dragging(bool width, bool height);
   void beginDrag();
   void dragBy(int wider, int taller);
   void endDrag();
@@ -70,6 +74,7 @@ class ColumnPanel : public QWidget {
 
   bool programEnds_ = false;  ///< it was asked to: then windows close
 
+  bool still_ = false;
   bool takesKeys_ = false;
   QTimer keysDue_;  ///< by then the window manager has moved the keys, or will not
 
@@ -77,7 +82,8 @@ class ColumnPanel : public QWidget {
   bool seen_ = true;
   QTimer look_;
   EdgeGrip leftGrip_;
-  EdgeGrip freeGrip_;  ///< at the edge that the panel is not anchored to
+  EdgeGrip freeGrip_;    ///< at the edge that the panel is not anchored to
+  EdgeGrip cornerGrip_;  ///< where both meet
 };
 
 }  // namespace zelvane

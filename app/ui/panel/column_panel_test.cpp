@@ -48,6 +48,9 @@ TEST(ColumnPanel, GrowsAndShrinksAtItsAnchor) {
   panel.panel.setContentHeight(panel.height = 250);
   panel.settle();
   EXPECT_EQ(panel.actual(), panel.expected());
+  panel.panel.setStill(true);
+  panel.panel.setContentHeight(panel.height = 300);
+  EXPECT_EQ(panel.actual(), panel.expected());
 }
 
 TEST(ColumnPanel, TheLeftEdgeChoosesTheWidth) {
@@ -57,8 +60,8 @@ TEST(ColumnPanel, TheLeftEdgeChoosesTheWidth) {
   EXPECT_EQ(panel.size.chosen(), (ChosenSize{330.0, {}}));
   EXPECT_EQ(panel.panel.width(), 330);
   EXPECT_EQ(panel.panel.geometry().right(), right);
-  panel.drag({2, 150}, {0, 0});
-  EXPECT_EQ(panel.size.chosen(), (ChosenSize{330.0, {}}));
+  panel.drag({2, 150}, {-3, 0});
+  EXPECT_EQ(panel.size.chosen(), (ChosenSize{330.0, {}})) << "a tap";
 }
 
 TEST(ColumnPanel, TheFreeEdgeChoosesTheGreatestHeight) {
@@ -66,6 +69,15 @@ TEST(ColumnPanel, TheFreeEdgeChoosesTheGreatestHeight) {
   panel.drag({150, 298}, {0, -60});
   EXPECT_EQ(panel.size.chosen(), (ChosenSize{{}, 240.0}));
   EXPECT_EQ(panel.panel.height(), 240);
+}
+
+TEST(ColumnPanel, TheCornerChoosesBoth) {
+  Panel panel;
+  panel.drag({8, 292}, {-20, -60});
+  EXPECT_EQ(panel.size.chosen(), (ChosenSize{300.0, 240.0}));
+  panel.panel.setAnchor(panel.anchor = Anchor::bottom);
+  panel.drag({8, 8}, {10, -30});
+  EXPECT_EQ(panel.size.chosen(), (ChosenSize{290.0, 270.0}));
 }
 
 TEST(ColumnPanel, TheFreeEdgeIsOppositeOfTheAnchor) {

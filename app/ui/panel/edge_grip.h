@@ -1,11 +1,11 @@
-// An edge of the panel that can be dragged. Invisible, lies over the content; what can be pressed
-// there goes first. Main thread.
+// An edge of the panel that can be dragged. Invisible, lies over the content; whatever is no drag
+// goes to what lies beneath. Main thread.
 #pragma once
 
-#include <QtCore/QPointer>
-#include <QtWidgets/QAbstractButton>
+#include <QtGui/QMouseEvent>
 #include <QtWidgets/QWidget>
 #include <functional>
+#include <memory>
 
 namespace zelvane {
 
@@ -16,25 +16,25 @@ class EdgeGrip : public QWidget {
 
   struct Callbacks {
     std::function<void()> began;
-    std::function<void(QPoint)> moved;  ///< by how much, since the drag began
+    std::function<void(QPoint)> moved;  ///< by how much, since the press
     std::function<void()> ended;
   };
 
-  EdgeGrip(QWidget* parent, Qt::CursorShape cursor, Callbacks callbacks);
+  EdgeGrip(QWidget* parent, Callbacks callbacks);
 
  protected:
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
 
  private:
-  QAbstractButton* buttonUnder(const QPoint& onScreen) const;
-  void handDown(const QMouseEvent& event);
+  QWidget* beneath(const QPoint& place);
+  void tapBeneath(const QMouseEvent& release);
 
   Callbacks callbacks_;
-  Qt::CursorShape cursor_;
-  QPointer<QAbstractButton> button_;  ///< that was pressed through the edge
-  QPoint start_;
+  std::unique_ptr<QMouseEvent> press_;  ///< while the button is down
   bool dragging_ = false;
 };
 

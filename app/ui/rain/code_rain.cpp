@@ -44,7 +44,7 @@ void CodeRain::advance(Seconds now) {
 }
 
 void CodeRain::draw(QPainter& painter, double opacity) const {
-  const double ratio = painter.device()->devicePixelRatioF();
+  const double ratio = pixelsPerPoint(painter);
   const auto& dots = DotSheet::of(look_.color, place_.width(), ratio);
   const bool waits = look_.mode == RainMode::waiting;
   for (std::size_t i = 0; i < RainModel::dots; ++i) {

@@ -1,8 +1,6 @@
 #include "app/ui/rain/dot_sheet.h"
 
 #include <QtGui/QPainter>
-#include <algorithm>
-#include <cmath>
 #include <map>
 #include <tuple>
 
@@ -13,6 +11,7 @@ namespace {
 
 // Of a tile of the full size: dots of 5 points, 7 points apart.
 constexpr double fullSize = 40, fullPitch = 7, fullDot = 5, fullRadius = 1.5;
+constexpr int leastRounded = 4;  ///< pixels
 
 /// Themes and screens come and go; what they left is not worth keeping.
 constexpr std::size_t mostSheets = 64;
@@ -29,36 +28,36 @@ const DotSheet& DotSheet::of(Rgb color, int size, double ratio) {
   return sheets.emplace(key, DotSheet(color, size, ratio)).first->second;
 }
 
-DotSheet::DotSheet(Rgb color, int size, double ratio)
-    : ratio_(ratio), pitch_(fullPitch * size / fullSize) {
-  const int pixels = static_cast<int>(std::ceil(size * ratio));
+DotSheet::DotSheet(Rgb color, int size, double ratio) : ratio_(ratio) {
+  // Dots of whole pixels, all alike: others would be blurred, each in its own way.
+  const double share = size * ratio / fullSize;
+  pitch_ = static_cast<int>(fullPitch * share);
+  dot_ = static_cast<int>(fullDot * share);
+  const int pixels = static_cast<int>(size * ratio);
+  margin_ = (pixels - (RainModel::side - 1) * pitch_ - dot_) / 2;
   image_ = QImage(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
-  image_.setDevicePixelRatio(ratio);
   image_.fill(Qt::transparent);
-  const double share = size / fullSize;
   QPainter painter(&image_);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
   painter.setBrush(toColor(color));
-  for (int row = 0; row < RainModel::side; ++row) {
-    for (int column = 0; column < RainModel::side; ++column) {
-      painter.drawRoundedRect(
-          QRectF(column * pitch_, row * pitch_, fullDot * share, fullDot * share),
-          fullRadius * share, fullRadius * share);
-    }
+  // So few pixels have no corners to be rounded.
+  const double radius = dot_ < leastRounded ? 0 : fullRadius * share;
+  for (std::size_t i = 0; i < RainModel::dots; ++i) {
+    painter.drawRoundedRect(QRect(cornerOf(i), QSize(dot_, dot_)), radius, radius);
   }
 }
 
+QPoint DotSheet::cornerOf(std::size_t dot) const {
+  const auto place = static_cast<int>(dot);
+  return {margin_ + place % RainModel::side * pitch_, margin_ + place / RainModel::side * pitch_};
+}
+
 void DotSheet::paintDot(QPainter& painter, QPointF corner, std::size_t dot) const {
-  const auto side = static_cast<std::size_t>(RainModel::side);
-  const auto first = [this](std::size_t place) {
-    const double pixel = std::floor(static_cast<double>(place) * pitch_ * ratio_);
-    return std::min(static_cast<int>(pixel), image_.width());
-  };
-  const QPoint from(first(dot % side), first(dot / side));
-  const QPoint to(first(dot % side + 1), first(dot / side + 1));
-  painter.drawImage(corner + QPointF(from) / ratio_, image_,
-                    QRectF(from, QSize(to.x() - from.x(), to.y() - from.y())));
+  const QRect piece(cornerOf(dot), QSize(dot_, dot_));
+  painter.drawImage(
+      QRectF(corner + QPointF(piece.topLeft()) / ratio_, QSizeF(piece.size()) / ratio_), image_,
+      piece);
 }
 
 }  // namespace zelvane

@@ -19,10 +19,14 @@ class DotSheet {
 
  private:
   DotSheet(Rgb color, int size, double ratio);
+  /// The dot's upper left pixel.
+  QPoint cornerOf(std::size_t dot) const;
 
   QImage image_;
   double ratio_;
-  double pitch_;  ///< points from dot to dot
+  int pitch_ = 0;   ///< pixels from dot to dot
+  int dot_ = 0;     ///< pixels
+  int margin_ = 0;  ///< pixels in front of the first one
 };
 
 }  // namespace zelvane
