@@ -28,7 +28,7 @@ extern "C" NSAppearanceName const NSAppearanceNameDarkAqua ZELVANE_SINCE(10.14);
 @end
 
 typedef NSUInteger NSWindowStyleMask;
-static const NSWindowStyleMask NSWindowStyleMaskBorderless = 0;
+static const NSWindowStyleMask NSWindowStyleMaskResizable = 1 << 3;
 static const NSWindowStyleMask NSWindowStyleMaskNonactivatingPanel = 1 << 7;
 
 typedef NSUInteger NSWindowCollectionBehavior;
@@ -52,6 +52,7 @@ static const NSWindowLevel NSNormalWindowLevel = 0;
 @property(getter=isMovable) BOOL movable;
 @property(readonly, getter=isKeyWindow) BOOL keyWindow;
 - (void)makeKeyWindow;
+- (void)orderFrontRegardless;
 - (void)resignKeyWindow;
 @end
 

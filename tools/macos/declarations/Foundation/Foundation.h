@@ -87,6 +87,13 @@ static const NSPropertyListFormat NSPropertyListBinaryFormat_v1_0 = 200;
 @property(nullable, readonly, copy) NSString* bundleIdentifier;
 @end
 
+typedef NSString* NSRunLoopMode;
+
+@interface NSRunLoop : NSObject
+@property(class, readonly, strong) NSRunLoop* mainRunLoop;
+@property(nullable, readonly, copy) NSRunLoopMode currentMode;
+@end
+
 @interface NSOperationQueue : NSObject
 @end
 
