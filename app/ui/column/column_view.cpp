@@ -120,6 +120,13 @@ void ColumnView::refresh() {
   reportHeight();
 }
 
+void ColumnView::paintAhead() {
+  for (auto* child : findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+    const QRect seen = child->visibleRegion().boundingRect();
+    if (!seen.isEmpty()) child->grab(seen);
+  }
+}
+
 void ColumnView::planRows() {
   const auto colors = theme();
   Opened opened = actions_.opened();
