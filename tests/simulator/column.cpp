@@ -93,15 +93,15 @@ ZelvaneStore::Options Column::options() {
 RefreshSources Column::sources() {
   RefreshSources sources;
   sources.home = "/home/me";
-  sources.claudeProcs = [this](Time now) {
+  const auto pause = [this](Seconds seconds) { world_.time.advance(seconds); };
+  sources.claudeProcs = [this, files = std::make_shared<SessionFiles>(
+                                   world_.machine.claudeSessions(), pause)](Time now) {
     beginView(now);
-    const auto pause = [this](Seconds seconds) { world_.time.advance(seconds); };
-    return readSessionFiles(world_.machine.claudeSessions(), now, pause);
+    return files->read(now);
   };
   sources.tty = [this](std::int32_t pid) { return world_.machine.tty(pid); };
-  sources.hookRecord = [this](const std::string& id) {
-    return readHookRecord(world_.machine.hookSessions(), id);
-  };
+  sources.hookRecord = [records = std::make_shared<HookRecords>(world_.machine.hookSessions())](
+                           const std::string& id, Time now) { return records->read(id, now); };
   sources.keepRecordUp = [this](const ClaudeProc& proc, Time now) {
     const auto change = [&](Json& record) { keepUp(record, {proc.status, proc.updatedAt}, now); };
     auto folder = RecordFolder::in(world_.machine.dataDir());
