@@ -102,7 +102,7 @@ void Checks::statesFollowTheirSources(const View& view, const Rows& rows) const 
                std::to_string(since.value_or(0)) + ", not " + stateName(seen.expected.state) +
                " since " + std::to_string(seen.expected.since.value_or(0)) +
                "; file: " + seen.file.status + " at " + std::to_string(seen.file.updatedAt) +
-               "; record: " + world_.record(row.id).value_or(Json()).dump());
+               "; record: " + world_.record(row.id).dump());
   }
 }
 
@@ -116,8 +116,7 @@ void Checks::statesAreTrue(const View& view, const Rows& rows) const {
     if (row.state != *seen.truth) {
       broken("a row shows what its session truly does",
              name(keyOf(row)) + " shows " + stateName(row.state) + " but is " +
-                 stateName(*seen.truth) +
-                 "; record: " + world_.record(row.id).value_or(Json()).dump());
+                 stateName(*seen.truth) + "; record: " + world_.record(row.id).dump());
     }
     const bool timed = row.state == ZelvaneState::working || row.state == ZelvaneState::done;
     if (!timed || !seen.truthSince) continue;
