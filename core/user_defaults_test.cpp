@@ -83,6 +83,9 @@ TEST(FileDefaults, TellWhoSavedWhetherOthersDidToo) {
   own.set("a", 3);
   EXPECT_EQ(FileDefaults(folder.path("settings.json")).values(), Json({{"a", 3}}))
       << "what was known of a file that is damaged now does not come back";
+  std::filesystem::create_directory(folder.path("settings.json.tmp" + std::to_string(getpid())));
+  own.set("a", 4);
+  EXPECT_EQ(own.values(), Json({{"a", 3}})) << "it could not be written";
 }
 
 TEST(FileDefaults, TwoWritingProcessesLoseNothing) {

@@ -47,8 +47,7 @@ void Checks::afterPass(const View& view) {
   world_.journal.step(digest);
   rowsSeen_ += rows.size();
   rowsHaveProcesses(view, rows);
-  processesHaveRows(view, rows);
-  noRowTwice(rows);
+  processesHaveOneRow(view, rows);
   statesFollowTheirSources(view, rows);
   statesAreTrue(view, rows);
   rowsAreOrdered(view, rows);
@@ -74,18 +73,13 @@ void Checks::rowsHaveProcesses(const View& view, const Rows& rows) const {
   }
 }
 
-void Checks::processesHaveRows(const View& view, const Rows& rows) const {
+void Checks::processesHaveOneRow(const View& view, const Rows& rows) const {
   std::set<View::Key> shown;
-  for (const auto& row : rows) shown.insert(keyOf(row));
+  for (const auto& row : rows) {
+    if (!shown.insert(keyOf(row)).second) broken("no row is there twice", name(keyOf(row)));
+  }
   for (const auto& [key, row] : view.rows) {
     if (row.sure && !shown.contains(key)) broken("every session has its row", name(key));
-  }
-}
-
-void Checks::noRowTwice(const Rows& rows) const {
-  std::set<View::Key> met;
-  for (const auto& row : rows) {
-    if (!met.insert(keyOf(row)).second) broken("no row is there twice", name(keyOf(row)));
   }
 }
 

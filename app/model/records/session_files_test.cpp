@@ -93,7 +93,7 @@ TEST(UnchangedFiles, AreReadOnce) {
   int reads = 0;
   const auto read = [&](const std::string& name) {
     ++reads;
-    return readFile(name, 100);
+    return readFile(name, 7);
   };
   struct Step {
     const char* what;
@@ -111,6 +111,8 @@ TEST(UnchangedFiles, AreReadOnce) {
       {"also once the clock is set back", 500, nullptr, 0, 4},
       {"another of the same size and time", 1005, "b", 1000, 5},
       {"is known, too", 1006, nullptr, 0, 5},
+      {"one that cannot be read", 1007, "too long", 1000, 6},
+      {"is tried again", 1008, nullptr, 0, 7},
   };
   for (const auto& step : steps) {
     if (step.written) {
@@ -119,13 +121,15 @@ TEST(UnchangedFiles, AreReadOnce) {
       std::filesystem::rename(written, path);
     }
     const auto& content = files.of(path, timeAt(step.now), read);
-    EXPECT_EQ(content.value_or(""), folder.read("1.json")) << step.what;
+    EXPECT_EQ(content, readFile(path, 7)) << step.what;
     EXPECT_EQ(reads, step.reads) << step.what;
   }
-  (void)files.of("elsewhere", timeAt(1007), read);
-  (void)files.of("elsewhere", timeAt(1008), read);
-  (void)files.of(path, timeAt(1008), read);
-  EXPECT_EQ(reads, 8) << "what was not asked for in a round is forgotten";
+  const auto other = folder.write("2.json", "c");
+  for (const double now : {1009, 1010, 1011}) (void)files.of(other, timeAt(now), read);
+  EXPECT_EQ(reads, 8);
+  for (const double now : {1012, 1013}) (void)files.of(path, timeAt(now), read);
+  (void)files.of(other, timeAt(1014), read);
+  EXPECT_EQ(reads, 11) << "what was not asked for in a round is forgotten";
 }
 
 TEST(HookRecords, StaysInItsFolder) {
