@@ -157,7 +157,7 @@ class BigRow {
                                    character.width(), buttonHeight);
     addTile();
     addTitle();
-    addLine(view_.subtitle, textPixels);
+    waits() ? addOneOrTwoLines(view_.subtitle, textPixels) : addLine(view_.subtitle, textPixels);
     addMemo();
     addMemoButton();
     addEffort();
@@ -173,6 +173,7 @@ class BigRow {
     return beside ? layout_.tile.left() - big::spacing : right_;
   }
   bool edits(EditorField field) const { return view_.editor && view_.editor->field == field; }
+  bool waits() const { return view_.character.state == ZelvaneState::waiting; }
   int tagWidth() const {
     return view_.tag.text.empty() ? 0 : naturalWidth(view_.tag, big::tagPixels) + big::tagGap;
   }
@@ -201,9 +202,7 @@ void BigRow::addTile() {
   int wanted =
       edits(EditorField::title) ? right_ : tagWidth() + naturalWidth(view_.title, titlePixels);
   // What the session waits for is what the row is there for.
-  if (view_.character.state == ZelvaneState::waiting) {
-    wanted = std::max(wanted, naturalWidth(view_.subtitle, textPixels));
-  }
+  if (waits()) wanted = std::max(wanted, naturalWidth(view_.subtitle, textPixels));
   if (room >= tightRoom || wanted <= room) {
     layout_.tile = QRect(right_ - tile, vertical, tile, tile);
   }
@@ -264,15 +263,17 @@ void BigRow::addMemoButton() {
   y_ += textButtonHeight() + big::lineGap;
 }
 
-/// A text that just does not fit on one line gets two.
+/// A text that does not fit on one line gets two.
 void BigRow::addOneOrTwoLines(const RowText& text, int pixels) {
   const auto lines = wrapped(text.text, columnFont(pixels, text.weight), lineEnd() - left_);
-  if (lines.size() != 2) return addLine(text, pixels);
-  for (const auto& line : lines) {
-    RowText part = text;
-    part.text = line.toStdString();
+  RowText part = text;
+  if (lines.size() > 1) {
+    part.text = lines.front().toStdString();
     addLine(part, pixels);
+    const auto whole = QString::fromStdString(text.text).trimmed();
+    part.text = whole.mid(lines.front().size()).trimmed().toStdString();
   }
+  addLine(part, pixels);
 }
 
 /// A suggestion that does not fit beside the model gets a line of its own.

@@ -155,6 +155,20 @@ TEST(RowLayout, ATileMakesWayForAQuestionThatWouldBeCut) {
   }
 }
 
+TEST(RowLayout, AQuestionHasTwoLines) {
+  for (const auto& [length, cut] : {std::pair{22, false}, {60, true}}) {
+    ZelvaneSession session;
+    session.subtitle = repeated("글", length);
+    session.state = ZelvaneState::waiting;
+    QString shown;
+    for (const auto& placed : rowLayout(viewAt(session, 60), 280).texts) {
+      if (placed.text.startsWith(QChar(0xAE00))) shown += placed.text;
+    }
+    EXPECT_GT(shown.size(), 20);
+    EXPECT_EQ(shown.endsWith(QChar(0x2026)), cut) << shown.toStdString();
+  }
+}
+
 TEST(RowLayout, ASuggestedEffortStandsBesideTheModelWhereItFits) {
   auto session = fullSession("짧게");
   session.pinned = true;
