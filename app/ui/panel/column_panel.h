@@ -52,8 +52,12 @@ class ColumnPanel : public QWidget {
  private:
   void moveTo(const Area& frame);
   void animateTo(const Area& frame);
+  void takeFrame(const QRect& frame);
+  void drawAgain();
+  void holdPicture();
   void placeGrips();
   void updateShape();
+  void cutTo(const QSize& forSize);
   void acceptKeys(bool accept);
   EdgeGrip::Callbacks dragging(bool width, bool height);
   void beginDrag();
@@ -68,6 +72,7 @@ class ColumnPanel : public QWidget {
   Anchor anchor_ = Anchor::top;
 
   QVariantAnimation animation_;
+  QTimer grantDue_;  ///< by then a frame that was asked for is there, or will not come
   bool dragging_ = false;
   Extent dragStart_;
   ChosenSize chosenAtStart_;
