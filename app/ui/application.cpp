@@ -98,6 +98,7 @@ bool prepareWindowSystem(const LaunchOptions& options) {
 
 AppDelegate::AppDelegate(LaunchOptions options)
     : options_(std::move(options)),
+      appearance_(options_.renderPath ? nullptr : followAppearance()),
       store_(makeStore(standardDefaults(), options_.sample)),
       connection_(makeConnection(standardDefaults(), options_.sample)),
       panelSize_(standardDefaults(),
@@ -118,11 +119,21 @@ int AppDelegate::run() {
   const QuitOnSignal quitOnSignal;
   openPanel();
   fillOrStart();
+  view_->paintAhead();  // while the window system opens the window
   // A request that came while the window was opened would be lost on a loop that does not run yet.
   const int status = quitOnSignal.requested() ? 0 : QApplication::exec();
   store_->endEditing(std::nullopt);  // what is being typed is kept
   if (PowerOffNotice::comesAlways() && !quitOnSignal.requested()) store_->markQuit();
   return status;
+}
+
+/// Begun first: connecting to the bus takes as long as making everything else.
+std::unique_ptr<Appearance> AppDelegate::followAppearance() {
+  return std::make_unique<Appearance>([this](Appearance::Wishes wishes) {
+    if (!view_) return;  // it will ask
+    view_->setAppearance(wishes.dark, wishes.reducedMotion);
+    panel_->setStill(wishes.reducedMotion);
+  });
 }
 
 ColumnView::Options AppDelegate::viewOptions() const {
@@ -156,10 +167,6 @@ void AppDelegate::openPanel() {
       panelSize_,
       ColumnPanel::Callbacks{.onVisible = [this](bool visible) { store_->setVisible(visible); },
                              .onKeysLost = [this] { store_->endEditing(std::nullopt); }});
-  appearance_ = std::make_unique<Appearance>([this](Appearance::Wishes wishes) {
-    view_->setAppearance(wishes.dark, wishes.reducedMotion);
-    panel_->setStill(wishes.reducedMotion);
-  });
   auto options = viewOptions();
   options.dark = appearance_->wishes().dark;
   const auto screen = usableScreen();

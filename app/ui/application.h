@@ -33,6 +33,7 @@ class AppDelegate {
 
  private:
   int renderAndExit(const std::string& path);
+  std::unique_ptr<Appearance> followAppearance();
   void openPanel();
   void fillOrStart();
   ColumnView::Options viewOptions() const;
@@ -44,11 +45,11 @@ class AppDelegate {
   void toggleConnection();
 
   LaunchOptions options_;
+  std::unique_ptr<Appearance> appearance_;  ///< null when only a picture is wanted
   std::shared_ptr<ZelvaneStore> store_;
   std::shared_ptr<ConnectionController> connection_;
   PanelSize panelSize_;
   std::unique_ptr<Updater> updater_;  ///< null where there is none
-  std::unique_ptr<Appearance> appearance_;
   std::unique_ptr<ColumnPanel> panel_;
   ColumnView* view_ = nullptr;  ///< owned by the panel
   std::unique_ptr<ScreenWatch> screens_;

@@ -22,12 +22,14 @@ SectionBand bandOf(const ZelvaneSession& first, const std::vector<ZelvaneSession
 }  // namespace
 
 std::vector<ColumnItem> columnPlan(const std::vector<ZelvaneSession>& sessions,
-                                   const Opened& opened, const RowContext& context) {
+                                   const Opened& opened, const RowContext& context,
+                                   std::size_t mostRows) {
   std::vector<ColumnItem> plan;
   const ZelvaneSession* above = nullptr;
   RowContext rowContext = context;
   auto editor = opened.editing ? editorNamed(*opened.editing) : std::nullopt;
   for (const auto& session : sessions) {
+    if (mostRows-- == 0) break;
     if (above && above->ongoing() == session.ongoing()) {
       plan.emplace_back(Divider{});
     } else {

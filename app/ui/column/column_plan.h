@@ -1,6 +1,8 @@
 // What stands in the column, from top to bottom. Pure, without the toolkit.
 #pragma once
 
+#include <cstddef>
+#include <limits>
 #include <optional>
 #include <string>
 #include <variant>
@@ -30,9 +32,11 @@ struct PlannedRow {
 
 using ColumnItem = std::variant<SectionBand, Divider, PlannedRow>;
 
-/// The rows block of the sessions, which come ordered; `context` without what `opened` tells.
+/// The rows block of the sessions, which come ordered, or of the first `mostRows` of them;
+/// `context` without what `opened` tells.
 std::vector<ColumnItem> columnPlan(const std::vector<ZelvaneSession>& sessions,
-                                   const Opened& opened, const RowContext& context);
+                                   const Opened& opened, const RowContext& context,
+                                   std::size_t mostRows = std::numeric_limits<std::size_t>::max());
 
 /// What the header says; empty texts are left out.
 struct HeaderTexts {

@@ -18,9 +18,10 @@ std::vector<ZelvaneSession> sessionsIn(const std::vector<State>& states) {
 
 /// The plan in short: a band as its title and count, a divider as -, rows as s or B.
 std::string shortPlan(const std::vector<State>& states,
-                      const std::optional<std::string>& expanded = std::nullopt) {
+                      const std::optional<std::string>& expanded = std::nullopt,
+                      std::size_t mostRows = 9) {
   std::string text;
-  for (const auto& item : columnPlan(sessionsIn(states), {.expanded = expanded}, {})) {
+  for (const auto& item : columnPlan(sessionsIn(states), {.expanded = expanded}, {}, mostRows)) {
     if (const auto* band = std::get_if<SectionBand>(&item)) {
       text += "[" + band->title + " " + std::to_string(band->count) + "]";
     } else if (const auto* row = std::get_if<PlannedRow>(&item)) {
@@ -38,6 +39,7 @@ TEST(ColumnPlan, BandsHeadSectionsAndDividersPartTheirRows) {
   EXPECT_EQ(shortPlan({State::done, State::idle}), "[쉬는 중 2]s-s");
   EXPECT_EQ(shortPlan({State::waiting, State::working, State::agents, State::done, State::idle}),
             "[작업 중 3]B-s-s[쉬는 중 2]s-s");
+  EXPECT_EQ(shortPlan({State::done, State::idle, State::idle}, {}, 2), "[쉬는 중 3]s-s");
 }
 
 TEST(ColumnPlan, OnlyTheExpandedRowIsBig) {

@@ -20,7 +20,7 @@ namespace zelvane {
 namespace {
 
 constexpr int problemPixels = 11, problemPadding = 14;
-constexpr int leastItemHeight = 12;  // of a row and its divider, by item
+constexpr int leastRowHeight = 45;  // with its divider or band
 
 }  // namespace
 
@@ -120,22 +120,30 @@ void ColumnView::refresh() {
   reportHeight();
 }
 
+void ColumnView::paintAhead() {
+  for (auto* child : findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+    const QRect seen = child->visibleRegion().boundingRect();
+    if (!seen.isEmpty()) child->grab(seen);
+  }
+}
+
 void ColumnView::planRows() {
   const auto colors = theme();
   Opened opened = actions_.opened();
   opened.editing = store_->editing();
   opened.editorHeight = editor_.wantedHeight();
-  auto plan = columnPlan(store_->sessions(), opened,
+  // The first frame does not wait for rows that it has no room for.
+  const auto& sessions = store_->sessions();
+  const auto atFirst = static_cast<std::size_t>(options_.maxHeight / leastRowHeight + 1);
+  rowsAreMissing_ = !painted_ && sessions.size() > atFirst;
+  auto plan = columnPlan(sessions, opened,
                          {.theme = colors,
                           .now = options_.clock(),
                           .liveClock = options_.liveClock,
                           .still = options_.still,
                           .terminalButtonLearned = actions_.terminalButtonLearned(),
-                          .family = &Family::all()});
-  // The first frame does not wait for rows that it has no room for.
-  const auto atFirst = static_cast<std::size_t>(options_.maxHeight / leastItemHeight);
-  rowsAreMissing_ = !painted_ && plan.size() > atFirst;
-  if (rowsAreMissing_) plan.resize(atFirst);
+                          .family = &Family::all()},
+                         rowsAreMissing_ ? atFirst : sessions.size());
   rows_->setPlan(std::move(plan), colors, width());
 }
 

@@ -49,6 +49,9 @@ class ColumnView : public QWidget {
   ThemeSpec theme() const;
   /// Draws what is published now.
   void refresh();
+  /// Paints what can be seen into pictures that nobody looks at: the frame that follows finds fonts
+  /// and glyphs loaded.
+  void paintAhead();
 
  protected:
   void paintEvent(QPaintEvent*) override;
