@@ -93,42 +93,46 @@ void ColumnPanel::place() {
   moveTo(panelFrame(size_.chosen(), contentHeight_, anchor_, *screen));
 }
 
-void ColumnPanel::moveTo(const Area& frame) {
+void ColumnPanel::moveTo(const Area& wanted) {
   const bool animating = animation_.state() == QAbstractAnimation::Running;
-  const QRect target = animating ? animation_.endValue().toRect() : windowHandle()->geometry();
-  if (target == toRect(frame)) return;
+  const QRect target = animating ? animation_.endValue().toRect() : frame();
+  if (target == toRect(wanted)) return;
   animation_.stop();
-  if (isVisible() && !still_ && growsSmoothly(toArea(windowHandle()->geometry()), frame)) {
-    animateTo(frame);
+  if (isVisible() && !still_ && growsSmoothly(toArea(frame()), wanted)) {
+    animateTo(wanted);
   } else {
-    takeFrame(toRect(frame));
+    takeFrame(toRect(wanted));
   }
 }
 
-void ColumnPanel::animateTo(const Area& frame) {
+/// Its frame, or the one that it is about to have.
+QRect ColumnPanel::frame() const { return grantDue_.isActive() ? asked_ : geometry(); }
+
+void ColumnPanel::animateTo(const Area& wanted) {
   {
     // An animation that is over would pass through its new end at once.
     const QSignalBlocker quiet(&animation_);
     // The edge at the anchor must stay where it is, wherever an animation was interrupted.
-    animation_.setStartValue(windowHandle()->geometry());
-    animation_.setEndValue(toRect(frame));
+    animation_.setStartValue(frame());
+    animation_.setEndValue(toRect(wanted));
   }
   animation_.start();
 }
 
 /// Where a window manager has yet to grant a frame, nothing is drawn until it has: laid out for the
 /// new height, or drawn into a window that has it already, rows would be seen in the wrong place.
-void ColumnPanel::takeFrame(const QRect& frame) {
+void ColumnPanel::takeFrame(const QRect& wanted) {
   // Position and size in one call: set apart, a column anchored below would jump.
   const bool grantedLater = isVisible() && window_ && window_->grantsFramesLater();
-  if (!grantedLater || anchor_ == Anchor::top) return setGeometry(frame);
-  if (frame.size() != windowHandle()->geometry().size()) {
+  if (!grantedLater || anchor_ == Anchor::top) return setGeometry(wanted);
+  if (wanted.size() != frame().size()) {
+    asked_ = wanted;
     setUpdatesEnabled(false);
     grantDue_.start();
   }
   // A mask that is too low for the window would hide its last row.
-  if (frame.height() > height()) cutTo(frame.size());
-  windowHandle()->setGeometry(frame);
+  if (wanted.height() > height()) cutTo(wanted.size());
+  windowHandle()->setGeometry(wanted);
 }
 
 void ColumnPanel::drawAgain() {

@@ -50,9 +50,10 @@ class ColumnPanel : public QWidget {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  void moveTo(const Area& frame);
-  void animateTo(const Area& frame);
-  void takeFrame(const QRect& frame);
+  QRect frame() const;
+  void moveTo(const Area& wanted);
+  void animateTo(const Area& wanted);
+  void takeFrame(const QRect& wanted);
   void drawAgain();
   void holdPicture();
   void placeGrips();
@@ -72,6 +73,7 @@ class ColumnPanel : public QWidget {
   Anchor anchor_ = Anchor::top;
 
   QVariantAnimation animation_;
+  QRect asked_;      ///< the frame that a window manager has yet to grant
   QTimer grantDue_;  ///< by then a frame that was asked for is there, or will not come
   bool dragging_ = false;
   Extent dragStart_;
