@@ -96,9 +96,10 @@ int printFrames(int count) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  Bundle::useStringTable();
-  prepareWindowSystem({});
   const std::string mode = argc > 1 ? argv[1] : "";
+  const bool plain = mode == "bare" || mode == "text";  // as any program does it
+  if (!plain) Bundle::useStringTable();
+  if (!plain) prepareWindowSystem({});
   std::optional<FontsAhead> fonts;
   if (mode == "open") fonts.emplace();
   QApplication application(argc, argv);

@@ -7,6 +7,8 @@
 #include <csignal>
 #include <thread>
 
+#include "platform/session_bus.h"
+
 #include "core/bundle.h"
 #include "core/installer/installer.h"
 #include "core/run_loop.h"
@@ -87,6 +89,13 @@ bool prepareWindowSystem(const LaunchOptions& options) {
   if (options.renderPath) {
     qputenv("QT_QPA_PLATFORM", QByteArray::fromStdString(platform::pictureWindowSystem()));
     return true;
+  }
+  // Before its first window the toolkit waits for the bus without end. It is told another place,
+  // where nobody listens; so are the terminals that we open, which the silent one would keep
+  // waiting, too.
+  using namespace std::chrono_literals;
+  if (platform::sessionBusIsSilent(2s)) {
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
   }
   // On Wayland, too: a window can neither place itself there nor leave the focus alone.
   const auto ours = QByteArray::fromStdString(platform::columnWindowSystem());

@@ -2,6 +2,7 @@
 import json
 import os
 import pathlib
+import socket
 import time
 import unittest
 
@@ -109,6 +110,15 @@ class ColumnTest(unittest.TestCase):
             time.sleep(moment)  # the moment is what varies, not something waited for
             child.terminate()
             self.assertIn(child.wait(10), (0, -15))
+
+    def test_opens_beside_a_bus_that_never_answers(self):
+        place = str(self.machine.folder / "bus")
+        bus = socket.socket(socket.AF_UNIX)
+        self.addCleanup(bus.close)
+        bus.bind(place)
+        bus.listen()
+        self.machine.env["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={place}"
+        self.start_column()
 
     def test_a_second_copy_goes_away(self):
         first = self.start_column().child

@@ -134,7 +134,8 @@ void ColumnView::planRows() {
   opened.editorHeight = editor_.wantedHeight();
   // The first frame does not wait for rows that it has no room for.
   const auto& sessions = store_->sessions();
-  const auto atFirst = static_cast<std::size_t>(options_.maxHeight / leastRowHeight + 1);
+  const int room = isVisible() ? height() : options_.maxHeight;
+  const auto atFirst = static_cast<std::size_t>(room / leastRowHeight + 1);
   rowsAreMissing_ = !painted_ && sessions.size() > atFirst;
   auto plan = columnPlan(sessions, opened,
                          {.theme = colors,
