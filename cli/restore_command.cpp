@@ -27,7 +27,7 @@ namespace {
 void sleepFor(Seconds seconds) { std::this_thread::sleep_for(seconds); }
 
 std::vector<ClaudeProc> liveSessions() {
-  auto procs = readSessionFiles(ZelvanePaths::claudeSessions(), systemTime(), sleepFor);
+  auto procs = SessionFiles(ZelvanePaths::claudeSessions(), sleepFor).read(systemTime());
   std::erase_if(procs, [](const ClaudeProc& proc) { return !Procs::tty(proc.pid); });
   return procs;
 }

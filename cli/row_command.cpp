@@ -60,7 +60,7 @@ ExitCode acknowledge(const std::string& row) {
 ExitCode togglePin(const std::string& row) {
   return onRow(row, [](const ZelvaneSession& session) {
     const auto defaults = standardDefaults();
-    const auto pins = savedSettings(*defaults, systemTime()).pinned;
+    const auto pins = savedPins(*defaults);
     defaults->set("pinned", pinsToggled(pins, session.id));
     return fine;
   });

@@ -14,40 +14,53 @@ constexpr std::size_t largestSettings = std::size_t{4} << 20;
 constexpr Seconds lockPatience(1);
 
 /// Whether that changed anything.
-bool put(Json& settings, const std::string& key, const Json& value) {
-  Json& place = settings[key];
-  if (place == value) return false;
-  place = value;
+bool put(Json& settings, const std::string& key, Json value) {
+  const auto place = settings.find(key);
+  if (place != settings.end() && *place == value) return false;
+  settings[key] = std::move(value);
   return true;
+}
+
+std::optional<Json> valueIn(const Json& settings, const std::string& key) {
+  const Json* found = get::any(settings, key);
+  return found ? std::optional(*found) : std::nullopt;
 }
 
 }  // namespace
 
 std::optional<Json> UserDefaults::value(const std::string& key) const {
-  const Json all = values();
-  const Json* found = get::any(all, key);
-  return found ? std::optional(*found) : std::nullopt;
+  return valueIn(values(), key);
 }
 
-std::uint64_t UserDefaults::setAll(const Json& values, std::uint64_t known) {
+std::uint64_t UserDefaults::setAll(Json values, std::uint64_t known) {
   for (const auto& [key, value] : values.items()) set(key, value);
   return known;
 }
 
 Json FileDefaults::values() const {
-  return JSONFile::load(path_, largestSettings).value_or(Json::object());
+  const std::lock_guard lock(alone_);
+  const Json* settings = current();
+  return settings ? *settings : Json::object();
+}
+
+std::optional<Json> FileDefaults::value(const std::string& key) const {
+  const std::lock_guard lock(alone_);
+  const Json* settings = current();
+  return settings ? valueIn(*settings, key) : std::nullopt;
 }
 
 void FileDefaults::set(const std::string& key, const Json& value) {
   change([&](Json& settings) { return put(settings, key, value); });
 }
 
-std::uint64_t FileDefaults::setAll(const Json& values, std::uint64_t known) {
+std::uint64_t FileDefaults::setAll(Json values, std::uint64_t known) {
   bool knewAll = false;
   const auto after = change([&](Json& settings) {
     knewAll = version() == known;
     bool changed = false;
-    for (const auto& [key, value] : values.items()) changed = put(settings, key, value) || changed;
+    for (auto& [key, value] : values.items()) {
+      changed = put(settings, key, std::move(value)) || changed;
+    }
     return changed;
   });
   return after && knewAll ? *after : known;
@@ -67,36 +80,48 @@ std::uint64_t FileDefaults::version() const {
          static_cast<std::uint64_t>(info.st_size) << 40;
 }
 
+/// What the file holds; null when there is none, or none with settings.
+const Json* FileDefaults::current() const {
+  const auto now = version();
+  if (known_.version == now) return &known_.values;
+  auto settings = JSONFile::load(path_, largestSettings);
+  if (!settings) return nullptr;
+  known_ = {now, std::move(*settings)};
+  return &known_.values;
+}
+
 /// `edit` tells whether it changed anything. The version afterwards; nothing when nothing could be
 /// changed.
 std::optional<std::uint64_t> FileDefaults::change(const std::function<bool(Json& settings)>& edit) {
-  const std::lock_guard alone(writing_);
+  const std::lock_guard alone(alone_);
   std::error_code failed;
   fs::create_directories(fs::path(path_).parent_path(), failed);
   const FileLock::Scope lock(path_ + ".lock", lockPatience);
-  auto settings = lock ? changeable() : std::nullopt;
+  Json* settings = lock ? changeable() : nullptr;
   if (!settings) return std::nullopt;
   if (edit(*settings)) {
+    known_.version.reset();
     // A link stays one: what it leads to is replaced.
     const auto target = fs::canonical(path_, failed);
-    (void)JSONFile::writeAtomic(*settings, failed ? path_ : target.string());
+    const bool written = JSONFile::writeAtomic(*settings, failed ? path_ : target.string());
+    if (written) known_.version = version();
   }
   return version();
 }
 
-/// The settings as they are to be changed: none yet, those of the file, or none after a damaged
-/// file was kept aside. Nothing when a file is there that must not be replaced.
-std::optional<Json> FileDefaults::changeable() const {
+/// What is known, made ready to be changed: the file's settings, or none when there are none yet or
+/// a damaged file was kept aside. Null when a file is there that must not be replaced.
+Json* FileDefaults::changeable() {
+  if (current()) return &known_.values;
   std::error_code failed;
-  if (!fs::exists(fs::symlink_status(path_, failed))) return Json::object();
-  const auto text = readFile(path_, largestSettings);
-  if (!text) return std::nullopt;
-  auto settings = parseJson(*text);
-  if (settings && settings->is_object()) return settings;
-  const std::string kept = path_ + ".damaged";
-  if (!fs::exists(fs::symlink_status(kept, failed))) fs::copy_file(path_, kept, failed);
-  if (failed) return std::nullopt;
-  return Json::object();
+  if (fs::exists(fs::symlink_status(path_, failed))) {
+    if (!readFile(path_, largestSettings)) return nullptr;
+    const std::string kept = path_ + ".damaged";
+    if (!fs::exists(fs::symlink_status(kept, failed))) fs::copy_file(path_, kept, failed);
+    if (failed) return nullptr;
+  }
+  known_ = {};
+  return &known_.values;
 }
 
 Json MemoryDefaults::values() const {

@@ -78,6 +78,14 @@ TEST(FileDefaults, TellWhoSavedWhetherOthersDidToo) {
   FileDefaults(folder.path("settings.json")).set("pinned", Json::array({"x"}));
   EXPECT_EQ(own.setAll({{"b", 2}}, first), first) << "there is something to be read";
   EXPECT_EQ(own.values(), Json({{"a", 1}, {"b", 2}, {"pinned", {"x"}}}));
+  folder.write("settings.json", "{\"theme\":");
+  EXPECT_EQ(own.values(), Json::object());
+  own.set("a", 3);
+  EXPECT_EQ(FileDefaults(folder.path("settings.json")).values(), Json({{"a", 3}}))
+      << "what was known of a file that is damaged now does not come back";
+  std::filesystem::create_directory(folder.path("settings.json.tmp" + std::to_string(getpid())));
+  own.set("a", 4);
+  EXPECT_EQ(own.values(), Json({{"a", 3}})) << "it could not be written";
 }
 
 TEST(FileDefaults, TwoWritingProcessesLoseNothing) {

@@ -36,6 +36,11 @@ class ColumnWindow {
   /// Brings the shown window before the others, where showing it does not; the keyboard stays where
   /// it is.
   void comeForward();
+  /// Whether the window has a frame only some time after the toolkit asked for it.
+  bool grantsFramesLater() const;
+  /// Which edge of the picture stays where it is when the height changes, the lower or the upper
+  /// one, until the toolkit draws it anew.
+  void holdPictureBelow(bool below);
   /// Lets the toolkit change the window's flags, and does again what it undoes by that.
   void change(const std::function<void()>& byToolkit);
   /// Keeps a popup of the toolkit's, a menu, from taking the focus when it is clicked. Its native

@@ -9,7 +9,6 @@
 #include <unistd.h>
 
 #include "platform/file_sync.h"
-#include "platform/file_times.h"
 
 #include "core/file_lock.h"
 #include "core/json_file.h"
@@ -56,15 +55,7 @@ class SystemDisk : public NotesDisk {
   }
 
   std::optional<FileIdentity> identity(const std::string& path) const override {
-    struct stat info {};
-    if (stat(path.c_str(), &info) != 0) return std::nullopt;
-    const auto times = platform::fileTimes(info);
-    return FileIdentity{.device = static_cast<std::uint64_t>(info.st_dev),
-                        .file = static_cast<std::uint64_t>(info.st_ino),
-                        .size = static_cast<std::uint64_t>(info.st_size),
-                        .modified = times.modified,
-                        .changed = times.changed,
-                        .mode = static_cast<std::uint32_t>(info.st_mode) & 07777};
+    return fileIdentity(path);
   }
 
   std::string resolved(const std::string& path) const override {

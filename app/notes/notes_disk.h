@@ -11,19 +11,9 @@
 #include <system_error>
 #include <vector>
 
+#include "core/file_identity.h"
+
 namespace zelvane {
-
-/// Tells one state of a file from another without reading it.
-struct FileIdentity {
-  std::uint64_t device = 0;
-  std::uint64_t file = 0;
-  std::uint64_t size = 0;
-  std::int64_t modified = 0;  ///< nanoseconds since 1970
-  std::int64_t changed = 0;   ///< the same, for the file's attributes
-  std::uint32_t mode = 0;     ///< permissions
-
-  bool operator==(const FileIdentity&) const = default;
-};
 
 class NotesDisk {
  public:

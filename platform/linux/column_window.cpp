@@ -188,6 +188,16 @@ void ColumnWindow::standAside() {
 // Window managers put new windows in front by themselves.
 void ColumnWindow::comeForward() {}
 
+// A window manager does it.
+bool ColumnWindow::grantsFramesLater() const { return true; }
+
+void ColumnWindow::holdPictureBelow(bool below) {
+  const std::uint32_t gravity = below ? XCB_GRAVITY_SOUTH_WEST : XCB_GRAVITY_NORTH_WEST;
+  xcb_change_window_attributes(state_->connection.get(), state_->window, XCB_CW_BIT_GRAVITY,
+                               &gravity);
+  xcb_flush(state_->connection.get());
+}
+
 void ColumnWindow::change(const std::function<void()>& byToolkit) { byToolkit(); }
 
 // No window manager has a say in popups here.

@@ -90,6 +90,10 @@ void ColumnWindow::standAside() {
 // The toolkit only orders it before the windows of its own application, and that is not in front.
 void ColumnWindow::comeForward() { [state_->window() orderFrontRegardless]; }
 
+bool ColumnWindow::grantsFramesLater() const { return false; }
+
+void ColumnWindow::holdPictureBelow(bool) {}
+
 // The toolkit sets style, level and shadow anew with every flag.
 void ColumnWindow::change(const std::function<void()>& byToolkit) {
   byToolkit();

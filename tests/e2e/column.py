@@ -1,4 +1,6 @@
 """The column's window on a display, driven by real events."""
+import pathlib
+
 from machine import eventually
 
 # Colours of the light minimal theme.
@@ -9,7 +11,18 @@ class Column:
     def __init__(self, machine, display, *arguments):
         self.display = display
         self.child = machine.start("zelvane-app", *arguments, DISPLAY=display.name)
-        self.window = eventually(self.windows, what="the window appears")[0][0]
+        try:
+            self.window = eventually(self.windows, what="the window appears")[0][0]
+        except AssertionError as error:
+            raise AssertionError(f"{error}; {self.how_it_stands()}") from None
+
+    def how_it_stands(self):
+        """The system call in which each of the program's threads waits, or how the program ended."""
+        if self.child.poll() is not None:
+            return f"it ended with {self.child.returncode}: {self.child.stderr.read()}"
+        tasks = pathlib.Path(f"/proc/{self.child.pid}/task").iterdir()
+        return "; ".join(f"{(task / 'comm').read_text().strip()} in {(task / 'syscall').read_text().strip()}"
+                         for task in tasks)
 
     def windows(self):
         """The column's own, its menus and questions."""

@@ -18,7 +18,18 @@ class Footprint:
     """What a traced program did."""
 
     def __init__(self, trace):
-        self.lines = trace.read_text(errors="replace").splitlines()
+        # Of two threads' calls one interrupts the other: its end stands on a line of its own.
+        begun = {}
+        self.lines = []
+        for line in trace.read_text(errors="replace").splitlines():
+            pid = line.split(" ", 1)[0]
+            if line.endswith(" <unfinished ...>"):
+                begun[pid] = line.removesuffix(" <unfinished ...>")
+            elif pid in begun:
+                self.lines.append(begun.pop(pid) + line.partition("resumed>")[2])
+            else:
+                self.lines.append(line)
+        self.lines += begun.values()
 
     def sockets(self):
         return {match[1] for line in self.lines if (match := re.search(r"socket\((\w+)", line))}
@@ -75,8 +86,8 @@ class FootprintTest(unittest.TestCase):
         eventually(snapshot.exists, what="a pass was made", seconds=30)
         child.send_signal(signal.SIGTERM)
         child.wait(timeout=30)
-        eventually(lambda: f"{child.pid} +++ exited with 0" in trace.read_text(errors="replace"),
-                   what="the trace is whole")
+        ended = re.compile(rf"^{child.pid} +\+\+\+ exited with 0", re.MULTILINE)
+        eventually(lambda: ended.search(trace.read_text(errors="replace")), what="the trace is whole")
         return Footprint(trace)
 
     def all(self):

@@ -172,6 +172,11 @@ class WindowsTest(TerminalsTest):
         window = self.display.output("xdotool", "getactivewindow")
         return self.display.output("xdotool", "getwindowname", window) if window else ""
 
+    def windows_are_managed(self, count):
+        """The window manager knows of a new window later than the program in it runs."""
+        eventually(lambda: self.display.output("xprop", "-root", "_NET_CLIENT_LIST").count("0x") == count,
+                   what=f"{count} windows")
+
     def test_windows_of_xterm(self):
         one, other = self.xterm(title="하나 ✳"), self.xterm(title="other")
         probe, display = self.probe, self.display
@@ -211,6 +216,7 @@ class WindowsTest(TerminalsTest):
             self.machine.spawn("xterm", "-T", name, "-e", "tmux", "-u", "attach", "-t", name,
                                DISPLAY=self.display.name, TMUX_TMPDIR=str(self.folder))
         eventually(lambda: len(self.tmux_server("list-clients").split("\n")) == 2, what="attached")
+        self.windows_are_managed(2)
         probe = self.probe
         probe.sessions(first, second, third)
         for session in (first, third, second, first):
@@ -252,6 +258,7 @@ class WindowsTest(TerminalsTest):
         self.machine.spawn("xterm", "-e", "tmux", "-u", "-L", "out", "attach",
                            DISPLAY=self.display.name, TMUX_TMPDIR=str(self.folder))
         eventually(lambda: self.tmux_server("-L", "out", "list-clients"), what="attached")
+        self.windows_are_managed(1)
         self.machine.spawn("xterm", "-T", "foreign", DISPLAY=self.display.name)
         eventually(lambda: self.active_title() == "foreign", what="the foreign window")
         self.probe.sessions(inner)

@@ -31,8 +31,7 @@ class Checks {
 
   void afterPass(const View& view);
   void rowsHaveProcesses(const View& view, const Rows& rows) const;
-  void processesHaveRows(const View& view, const Rows& rows) const;
-  void noRowTwice(const Rows& rows) const;
+  void processesHaveOneRow(const View& view, const Rows& rows) const;
   void statesFollowTheirSources(const View& view, const Rows& rows) const;
   void statesAreTrue(const View& view, const Rows& rows) const;
   void rowsAreOrdered(const View& view, const Rows& rows) const;

@@ -93,15 +93,15 @@ ZelvaneStore::Options Column::options() {
 RefreshSources Column::sources() {
   RefreshSources sources;
   sources.home = "/home/me";
-  sources.claudeProcs = [this](Time now) {
+  const auto pause = [this](Seconds seconds) { world_.time.advance(seconds); };
+  sources.claudeProcs = [this, files = std::make_shared<SessionFiles>(
+                                   world_.machine.claudeSessions(), pause)](Time now) {
     beginView(now);
-    const auto pause = [this](Seconds seconds) { world_.time.advance(seconds); };
-    return readSessionFiles(world_.machine.claudeSessions(), now, pause);
+    return files->read(now);
   };
   sources.tty = [this](std::int32_t pid) { return world_.machine.tty(pid); };
-  sources.hookRecord = [this](const std::string& id) {
-    return readHookRecord(world_.machine.hookSessions(), id);
-  };
+  sources.hookRecord = [records = std::make_shared<HookRecords>(world_.machine.hookSessions())](
+                           const std::string& id, Time now) { return records->read(id, now); };
   sources.keepRecordUp = [this](const ClaudeProc& proc, Time now) {
     const auto change = [&](Json& record) { keepUp(record, {proc.status, proc.updatedAt}, now); };
     auto folder = RecordFolder::in(world_.machine.dataDir());
@@ -143,8 +143,10 @@ void Column::post(std::function<void()> task) {
 void Column::beginView(Time now) {
   view_ = {.now = now, .uptime = world_.time.uptime(), .pins = store_->pinned()};
   for (const auto& [name, file] : world_.files) {
+    auto tty = world_.machine.tty(file.pid);
+    if (!tty) continue;
     auto& row = view_.rows[{file.pid, file.sid}];
-    row = {.file = file, .ttyBefore = world_.machine.tty(file.pid)};
+    row = {.file = file, .ttyBefore = std::move(tty)};
     row.recordChanges = world_.recordChanges[file.sid];
     const auto looked = world_.lookedAt.find(file.sid);
     if (looked != world_.lookedAt.end()) row.lookedAt = looked->second;
@@ -156,9 +158,10 @@ void Column::endRow(View::Row& row, const FileTruth& file) {
   row.sure = row.tty && row.tty == row.ttyBefore;
   row.still = row.sure && row.file == file && row.recordChanges == world_.recordChanges[file.sid];
   row.file = file;
+  if (!row.sure) return;
   const bool inFront = row.tty && view_.front == row.tty;
-  row.expected = expectedState(file, world_.record(file.sid).value_or(Json::object()), row.lookedAt,
-                               inFront, secondsSince1970(view_.now));
+  row.expected = expectedState(file, world_.record(file.sid), row.lookedAt, inFront,
+                               secondsSince1970(view_.now));
   const Client* client = world_.clientOf(file.sid);
   if (!row.still || !client || client->pid() != file.pid || !client->isHonest()) return;
   row.truth = client->truth(row.lookedAt);
@@ -169,8 +172,9 @@ void Column::endRow(View::Row& row, const FileTruth& file) {
 /// What was there at the beginning only may still be shown.
 void Column::endView() {
   for (const auto& [name, file] : world_.files) {
-    endRow(view_.rows.try_emplace({file.pid, file.sid}, View::Row{.file = file}).first->second,
-           file);
+    const View::Key key{file.pid, file.sid};
+    if (!world_.machine.tty(file.pid) && !view_.rows.contains(key)) continue;
+    endRow(view_.rows.try_emplace(key, View::Row{.file = file}).first->second, file);
   }
   for (const auto& [key, row] : view_.rows) {
     if (row.sure && row.expected.seenNow) {

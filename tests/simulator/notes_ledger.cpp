@@ -1,6 +1,6 @@
 #include "tests/simulator/notes_ledger.h"
 
-#include <sstream>
+#include <fstream>
 
 namespace zelvane::test {
 
@@ -68,30 +68,26 @@ Json NotesLedger::kept() const {
   return std::move(value["entries"]);
 }
 
-std::set<NotesLedger::Owed> NotesLedger::logged() const {
-  const auto path = world_.machine.notesDir() + "/removed-notes.jsonl";
-  std::istringstream lines(readFile(path, std::size_t{1} << 30).value_or(""));
-  std::set<Owed> found;
-  std::string line;
-  while (std::getline(lines, line)) {
+/// Nothing is ever taken from the log: only what is new is read. A full disk may have cut a line.
+const std::set<NotesLedger::Owed>& NotesLedger::logged() {
+  std::ifstream log(world_.machine.notesDir() + "/removed-notes.jsonl", std::ios::binary);
+  log.seekg(static_cast<std::streamoff>(logRead_));
+  for (std::string line; std::getline(log, line) && !log.eof(); logRead_ += line.size() + 1) {
     const auto removed = Json::parse(line, nullptr, /*allow_exceptions=*/false);
-    if (!removed.is_object()) continue;  // a line that a full disk cut short
+    if (!removed.is_object()) continue;
     for (const char* kind : {"title", "memo"}) {
-      if (removed.contains(kind)) found.insert({removed["sid"], kind, removed[kind]});
+      if (removed.contains(kind)) logged_.insert({removed["sid"], kind, removed[kind]});
     }
   }
-  return found;
+  return logged_;
 }
 
 void NotesLedger::check(const Json& kept) {
-  std::set<Owed> log;
-  bool logRead = false;
   for (auto owed = owed_.begin(); owed != owed_.end();) {
     const auto& [sid, kind, text] = owed->first;
     const auto entry = kept.find(sid);
     const bool inFile = entry != kept.end() && get::str(*entry, kind) == text;
-    if (!inFile && !std::exchange(logRead, true)) log = logged();
-    if (!inFile && !log.contains(owed->first)) {
+    if (!inFile && !logged().contains(owed->first)) {
       world_.journal.broken("no text that a user typed is lost",
                             kind + " of " + sid + ": \"" + text + "\" is neither in " +
                                 kept.value(sid, Json()).dump() + " nor in the log");

@@ -49,10 +49,12 @@ class NotesLedger {
 
   void owe(const std::string& sid, const char* kind, const std::string& text);
   void release(const std::string& sid, const char* kind, const std::string& text);
-  std::set<Owed> logged() const;
+  const std::set<Owed>& logged();
 
   World& world_;
   std::map<Owed, Seconds> owed_;  ///< and since when
+  std::set<Owed> logged_;         ///< what the log held when it was last read, up to here:
+  std::size_t logRead_ = 0;
   std::uint64_t typed_ = 0;
   Seconds lastTyped_{0};
   std::map<std::string, Seconds> lastTypedAt_;

@@ -21,9 +21,10 @@ std::string World::newSid() {
   return sid;
 }
 
-const std::optional<Json>& World::record(const std::string& sid) {
-  const auto [known, isNew] = records_.try_emplace(sid);
-  const auto bytes = isNew ? readFile(recordFile(sid), std::size_t{8} << 20) : std::nullopt;
+const Json& World::record(const std::string& sid) {
+  const auto [known, isNew] = records_.try_emplace(sid, Json::object());
+  if (!isNew) return known->second;
+  const auto bytes = readFile(recordFile(sid), std::size_t{8} << 20);
   auto value = Json::parse(bytes.value_or(""), nullptr, /*allow_exceptions=*/false);
   if (value.is_object()) known->second = std::move(value);
   return known->second;

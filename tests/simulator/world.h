@@ -58,8 +58,8 @@ struct World {
   std::string recordFile(const std::string& sid) const {
     return machine.hookSessions() + "/" + sid + ".json";
   }
-  /// What the session's record says, as anyone may read it; nothing when it cannot be read.
-  const std::optional<Json>& record(const std::string& sid);
+  /// What the session's record says, as anyone may read it; an empty object when it cannot be read.
+  const Json& record(const std::string& sid);
   /// Notes that a session's record may have changed.
   void recordTouched(const std::string& sid);
   /// The client that runs the session; null when none does.
@@ -90,7 +90,7 @@ struct World {
   Seconds diskTrouble{-1e9};  ///< when the disk last was full
 
  private:
-  std::map<std::string, std::optional<Json>> records_;  ///< as they were read since they changed
+  std::map<std::string, Json> records_;  ///< as they were read since they changed
 };
 
 }  // namespace zelvane::test

@@ -44,7 +44,7 @@ class StoreFixture : public testing::Test {
       return procs;
     };
     result.sources.tty = [](std::int32_t pid) { return "/dev/pts/" + std::to_string(pid); };
-    result.sources.hookRecord = [this](const std::string& id) -> std::optional<HookRecord> {
+    result.sources.hookRecord = [this](const std::string& id, Time) -> std::optional<HookRecord> {
       const std::lock_guard lock(mutex_);
       if (!hooks_.contains(id)) return std::nullopt;
       return hooks_[id];

@@ -102,19 +102,19 @@ constexpr int dayStartHour = 4;
 /// 04:00 local time on the day that `day` names; where the clocks skip it the next time that
 /// exists, where they repeat it the first occurrence.
 std::optional<std::time_t> fourOClock(const std::tm& day) {
-  std::optional<std::time_t> first;
-  for (const int summerTime : {0, 1}) {
-    std::tm wanted = day;
-    wanted.tm_hour = dayStartHour;
-    wanted.tm_min = wanted.tm_sec = 0;
-    wanted.tm_isdst = summerTime;
-    const std::time_t moment = std::mktime(&wanted);
+  std::tm wanted = day;
+  wanted.tm_hour = dayStartHour;
+  wanted.tm_min = wanted.tm_sec = 0;
+  // Told whether summer time is on, the library would search years for a day on which it is.
+  wanted.tm_isdst = -1;
+  const std::time_t some = std::mktime(&wanted);
+  // Clocks are set back by half an hour, an hour or two.
+  for (const int earlier : {7200, 3600, 1800, 0}) {
+    const std::time_t moment = some - earlier;
     std::tm shown{};
     localtime_r(&moment, &shown);
-    const bool exists = shown.tm_hour == dayStartHour && shown.tm_min == 0;
-    if (exists && (!first || moment < *first)) first = moment;
+    if (shown.tm_hour == dayStartHour && shown.tm_min == 0) return moment;
   }
-  if (first) return first;
   // Skipped: walk to the first minute that shows a later hour of this or the next day.
   std::tm before = day;
   before.tm_hour = before.tm_min = before.tm_sec = 0;

@@ -24,7 +24,7 @@ std::vector<std::string> jsonFilesOf(const std::string& folder) {
   for (auto entry = fs::directory_iterator(folder, failed); !failed && entry != fs::end(entry);
        entry.increment(failed)) {
     // A link is none of the client's, and could lead to one of its secrets.
-    const bool plain = fs::is_regular_file(entry->symlink_status(failed));
+    const bool plain = !entry->is_symlink(failed) && entry->is_regular_file(failed);
     if (plain && entry->path().native().ends_with(".json")) paths.push_back(entry->path().string());
   }
   std::sort(paths.begin(), paths.end());
@@ -39,46 +39,41 @@ bool changedJustNow(const std::string& path, Time now) {
   return now - changed < rewriteWindow && changed - now < rewriteWindow;
 }
 
-/// One session file: what it says, and whether it could be read at all.
-struct Reading {
-  bool whole = false;
-  std::optional<ClaudeProc> proc;
-};
-
-Reading readSessionFile(const std::string& path) {
-  const auto file = readJSON(path, largestSessionFile);
-  return {file.has_value(), file ? claudeProc(*file) : std::nullopt};
-}
-
 }  // namespace
 
-std::vector<ClaudeProc> readSessionFiles(const std::string& folder, Time now, const Pause& pause) {
-  const auto paths = jsonFilesOf(folder);
-  std::vector<Reading> readings;
+std::optional<SessionFiles::Content> SessionFiles::contentOf(const std::string& path) {
+  const auto file = readJSON(path, largestSessionFile);
+  return file ? std::optional(Content{claudeProc(*file)}) : std::nullopt;
+}
+
+std::vector<ClaudeProc> SessionFiles::read(Time now) {
+  const auto paths = jsonFilesOf(folder_);
+  std::vector<std::optional<Content>> found;
   std::vector<std::size_t> unread;
   for (const auto& path : paths) {
-    readings.push_back(readSessionFile(path));
-    if (!readings.back().whole && changedJustNow(path, now)) unread.push_back(readings.size() - 1);
+    found.push_back(known_.of(path, now, contentOf));
+    if (!found.back() && changedJustNow(path, now)) unread.push_back(found.size() - 1);
   }
   for (int look = 0; look < furtherLooks && !unread.empty(); ++look) {
-    pause(betweenLooks);
+    pause_(betweenLooks);
     std::erase_if(unread, [&](std::size_t i) {
-      readings[i] = readSessionFile(paths[i]);
-      return readings[i].whole;
+      found[i] = contentOf(paths[i]);
+      return found[i].has_value();
     });
   }
   std::vector<ClaudeProc> procs;
-  for (auto& reading : readings) {
-    if (reading.proc) procs.push_back(std::move(*reading.proc));
+  for (auto& content : found) {
+    if (content && content->proc) procs.push_back(std::move(*content->proc));
   }
   return procs;
 }
 
-std::optional<HookRecord> readHookRecord(const std::string& folder, const std::string& sessionId) {
+std::optional<HookRecord> HookRecords::read(const std::string& sessionId, Time now) {
   if (!isSafeFileName(sessionId)) return std::nullopt;
-  const auto file = readJSON(folder + "/" + sessionId + ".json", largestHookRecord);
-  if (!file) return std::nullopt;
-  return hookRecord(*file);
+  return known_.of(folder_ + "/" + sessionId + ".json", now, [](const std::string& path) {
+    const auto file = readJSON(path, largestHookRecord);
+    return file ? std::optional(hookRecord(*file)) : std::nullopt;
+  });
 }
 
 }  // namespace zelvane

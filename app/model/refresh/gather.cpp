@@ -40,7 +40,7 @@ std::vector<LiveSession> liveSessions(const RefreshSources& sources, Time now) {
     // No terminal: a session without a tab, or a file left behind by a process that is gone.
     auto tty = sources.tty(proc.pid);
     if (!tty) continue;
-    auto hook = sources.hookRecord(proc.sessionId);
+    auto hook = sources.hookRecord(proc.sessionId, now);
     live.push_back({std::move(proc), std::move(*tty), std::move(hook)});
     followClient(live.back(), now);
   }
@@ -135,13 +135,11 @@ RefreshSources systemSources(const std::shared_ptr<Terminal>& terminal) {
   const auto pause = [](Seconds seconds) { std::this_thread::sleep_for(seconds); };
   RefreshSources sources;
   sources.home = Paths::home();
-  sources.claudeProcs = [pause](Time now) {
-    return readSessionFiles(Paths::claudeSessions(), now, pause);
-  };
+  sources.claudeProcs = [files = std::make_shared<SessionFiles>(Paths::claudeSessions(), pause)](
+                            Time now) { return files->read(now); };
   sources.tty = Procs::tty;
-  sources.hookRecord = [](const std::string& id) {
-    return readHookRecord(Paths::hookSessions(), id);
-  };
+  sources.hookRecord = [records = std::make_shared<HookRecords>(Paths::hookSessions())](
+                           const std::string& id, Time now) { return records->read(id, now); };
   sources.keepRecordUp = [](const ClaudeProc& proc, Time now) {
     (void)changeRecord(
         RecordFolder::in(Paths::zelvane()), proc.sessionId,

@@ -18,7 +18,7 @@ struct RefreshSources {
   std::string home;  ///< the user's home folder
   std::function<std::vector<ClaudeProc>(Time now)> claudeProcs;
   std::function<std::optional<std::string>(std::int32_t pid)> tty;
-  std::function<std::optional<HookRecord>(const std::string& id)> hookRecord;
+  std::function<std::optional<HookRecord>(const std::string& id, Time now)> hookRecord;
   /// Rewrites the session's hook record to fit what the client says in its own file.
   std::function<void(const ClaudeProc&, Time now)> keepRecordUp = [](const auto&, Time) {};
   /// The program that draws a session's tab, or "tmux".

@@ -24,7 +24,7 @@ struct FakeMachine {
     doors.tty = [this](std::int32_t pid) {
       return ttys.contains(pid) ? std::optional(ttys[pid]) : std::nullopt;
     };
-    doors.hookRecord = [this](const std::string& id) {
+    doors.hookRecord = [this](const std::string& id, Time) {
       return hooks.contains(id) ? std::optional(hooks[id]) : std::nullopt;
     };
     doors.terminalTitles = [this](const auto& sessions) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <string_view>
 #include <tuple>
 
 namespace zelvane {
@@ -26,7 +27,7 @@ int rank(const ZelvaneSession& row) {
 }  // namespace
 
 void orderRows(std::vector<ZelvaneSession>& rows, const std::vector<std::string>& pins) {
-  std::map<std::string, std::size_t> places;
+  std::map<std::string_view, std::size_t> places;
   for (std::size_t i = 0; i < pins.size(); ++i) places.emplace(pins[i], i);
 
   // The rules in their order, each smaller value first. Among pinned rows only the pins count.

@@ -190,7 +190,7 @@ class RowBuilder {
   const RefreshInputs& inputs_;
   Time now_;
   Time today_;
-  std::set<std::string> pins_;
+  std::set<std::string_view> pins_;
   std::map<std::string, NotesEntry> notes_;
   RefreshResult& result_;
 };

@@ -89,7 +89,7 @@ struct RefreshResult {
   std::vector<NotesCarry> carries;         ///< first of all, in this order
   std::vector<std::string> acknowledged;   ///< sessions the user saw finish, to be acknowledged now
   RefreshMemory memory;                    ///< for the next pass
-  std::optional<Json> snapshot;            ///< of the open conversations, to be written now
+  std::optional<std::string> snapshot;     ///< of the open conversations, to be written now
   std::optional<std::vector<Json>> burst;  ///< conversations that were closed all at once
   bool saveFriends = false;                ///< the characters in `memory` are to be saved
 };

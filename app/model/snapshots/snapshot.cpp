@@ -16,35 +16,46 @@ std::string signatureOf(const std::vector<ZelvaneSession>& rows) {
   return text;
 }
 
-Json itemOf(const ZelvaneSession& row, Time now) {
-  Json item = {{"sid", row.id},
-               {"cwd", row.cwd},
-               {"title", row.title},
-               {"busy", row.state == ZelvaneState::working},
-               {"last_seen", secondsSince1970(now)}};
-  if (!row.terminal.empty()) item["terminal"] = row.terminal;
-  return item;
-}
-
 double lastSeen(const Json& item, double otherwise) {
   return get::num(item, "last_seen").value_or(otherwise);
 }
 
-/// A day may have hundreds of items: each is copied once.
-Json newestFirst(const std::map<std::string, Json>& items) {
-  std::vector<std::pair<double, const Json*>> sorted;
-  for (const auto& [id, item] : items) sorted.emplace_back(lastSeen(item, 0), &item);
-  std::stable_sort(sorted.begin(), sorted.end(),
-                   [](const auto& one, const auto& other) { return one.first > other.first; });
-  Json list = Json::array();
-  for (const auto& [seen, item] : sorted) list.push_back(*item);
-  return list;
+SnapshotItem itemOf(const Json& json) {
+  auto text = json.dump(2, ' ', false, Json::error_handler_t::replace);
+  for (auto end = text.find('\n'); end != text.npos; end = text.find('\n', end + 1)) {
+    text.insert(end + 1, "    ");
+  }
+  return {lastSeen(json, 0), std::move(text)};
 }
 
-std::map<std::string, Json> bySession(const Json& items) {
-  std::map<std::string, Json> found;
+SnapshotItem itemOf(const ZelvaneSession& row, Time now) {
+  Json json = {{"sid", row.id},
+               {"cwd", row.cwd},
+               {"title", row.title},
+               {"busy", row.state == ZelvaneState::working},
+               {"last_seen", secondsSince1970(now)}};
+  if (!row.terminal.empty()) json["terminal"] = row.terminal;
+  return itemOf(json);
+}
+
+std::string textOf(const std::map<std::string, SnapshotItem>& items, Time now) {
+  std::vector<const SnapshotItem*> newestFirst;
+  for (const auto& [id, item] : items) newestFirst.push_back(&item);
+  std::stable_sort(newestFirst.begin(), newestFirst.end(), [](const auto* one, const auto* other) {
+    return one->lastSeen > other->lastSeen;
+  });
+  std::string text = "{\n  \"items\": [";
+  for (const auto* item : newestFirst) {
+    text += (item == newestFirst.front() ? "\n    " : ",\n    ") + item->text;
+  }
+  text += newestFirst.empty() ? "]" : "\n  ]";
+  return text + ",\n  \"saved_at\": " + Json(secondsSince1970(now)).dump() + ",\n  \"v\": 2\n}";
+}
+
+std::map<std::string, SnapshotItem> bySession(const Json& items) {
+  std::map<std::string, SnapshotItem> found;
   for (const auto& item : items) {
-    if (const auto id = get::str(item, "sid")) found[*id] = item;
+    if (const auto id = get::str(item, "sid")) found[*id] = itemOf(item);
   }
   return found;
 }
@@ -68,19 +79,17 @@ Json aliveLast(const Json& items, double savedAt, double now) {
 
 }  // namespace
 
-std::optional<Json> autosnapshot(const std::vector<ZelvaneSession>& rows, SnapshotMemory& memory,
-                                 Time now) {
+std::optional<std::string> autosnapshot(const std::vector<ZelvaneSession>& rows,
+                                        SnapshotMemory& memory, Time now) {
   for (const auto& row : rows) memory.items[row.id] = itemOf(row, now);
   std::erase_if(memory.items,
-                [&](const auto& entry) { return now - timeAt(lastSeen(entry.second, 0)) >= kept; });
+                [&](const auto& entry) { return now - timeAt(entry.second.lastSeen) >= kept; });
   auto signature = signatureOf(rows);
   const bool fresh = within(freshEnough, memory.writtenAt, now);
   if (signature == memory.signature && fresh) return std::nullopt;
   memory.signature = std::move(signature);
   memory.writtenAt = now;
-  Json snapshot{{"v", 2}, {"saved_at", secondsSince1970(now)}};
-  snapshot["items"] = newestFirst(memory.items);
-  return snapshot;
+  return textOf(memory.items, now);
 }
 
 std::optional<Json> quitMarked(std::optional<Json> snapshot, Time now) {

@@ -17,24 +17,31 @@
 
 namespace zelvane {
 
+/// One conversation. A day may have hundreds, all of which are written again and again: what has
+/// ended stays as it is, and is not made into text anew.
+struct SnapshotItem {
+  double lastSeen = 0;  ///< seconds since 1970
+  std::string text;     ///< the JSON object, as it stands in the file
+};
+
 /// What is remembered between two looks at the rows.
 struct SnapshotMemory {
-  std::map<std::string, Json> items;  ///< by session id; kept for a day
-  std::string signature;              ///< of the rows when it was last written
+  std::map<std::string, SnapshotItem> items;  ///< by session id; kept for a day
+  std::string signature;                      ///< of the rows when it was last written
   Time writtenAt = distantPast;
 };
 
-/// Takes the rows up; the file's new content when it is due, at most every ten seconds while
-/// nothing that matters changes.
-std::optional<Json> autosnapshot(const std::vector<ZelvaneSession>& rows, SnapshotMemory& memory,
-                                 Time now);
+/// Takes the rows up; the file's new text when it is due, at most every ten seconds while nothing
+/// that matters changes.
+std::optional<std::string> autosnapshot(const std::vector<ZelvaneSession>& rows,
+                                        SnapshotMemory& memory, Time now);
 
 /// The snapshot with the mark of a quit on purpose; nothing when there was none.
 std::optional<Json> quitMarked(std::optional<Json> snapshot, Time now);
 
 struct RebootFindings {
-  std::map<std::string, Json> tracked;  ///< items to go on with, by session id
-  std::optional<Json> rebootSnapshot;   ///< to be written: what was open when the machine went down
+  std::map<std::string, SnapshotItem> tracked;  ///< to go on with, by session id
+  std::optional<Json> rebootSnapshot;  ///< to be written: what was open when the machine went down
 };
 
 /// Judges at start-up whether the machine was started anew since the snapshot was written.

@@ -8,9 +8,9 @@ namespace zelvane {
 
 std::optional<Json> SnapshotFiles::snapshot() const { return readJSON(snapshotPath()); }
 
-void SnapshotFiles::writeSnapshot(const Json& snapshot) {
+void SnapshotFiles::writeSnapshot(const std::string& text) {
   const std::lock_guard lock(lock_);
-  if (!frozen_) (void)JSONFile::writeAtomic(snapshot, snapshotPath());
+  if (!frozen_) (void)replaceFile(snapshotPath(), text);
 }
 
 void SnapshotFiles::setFrozen(bool frozen) {

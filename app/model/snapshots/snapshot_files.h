@@ -22,7 +22,7 @@ class SnapshotFiles {
   /// The rolling snapshot of the open conversations.
   std::optional<Json> snapshot() const;
   /// Does nothing while frozen.
-  void writeSnapshot(const Json& snapshot);
+  void writeSnapshot(const std::string& text);
   /// While frozen the snapshot stays as it is: the machine goes down, and closes what is open.
   void setFrozen(bool frozen);
   /// Marks the snapshot as left by a quit on purpose, and freezes it; not when frozen before.

@@ -9,44 +9,50 @@ constexpr Seconds ackedLifetime(604'800);
 
 /// A map of text to numbers: all of it, or empty when any value is something else.
 template <typename Number>
-std::map<std::string, Number> numbers(const Json& defaults, const std::string& key) {
-  const Json* value = get::dict(defaults, key);
+std::map<std::string, Number> numbers(const UserDefaults& userDefaults, const std::string& key) {
+  const auto value = userDefaults.value(key);
   const auto isNumber = [](const Json& item) {
     return std::is_floating_point_v<Number> ? item.is_number() : item.is_number_integer();
   };
-  if (!value || !std::all_of(value->begin(), value->end(), isNumber)) {
+  if (!value || !value->is_object() || !std::all_of(value->begin(), value->end(), isNumber)) {
     return {};
   }
   return value->get<std::map<std::string, Number>>();
 }
 
-std::vector<std::string> texts(const Json& defaults, const std::string& key) {
-  const Json* value = get::list(defaults, key);
-  const auto isText = [](const Json& item) { return item.is_string(); };
-  if (!value || !std::all_of(value->begin(), value->end(), isText)) return {};
-  return value->get<std::vector<std::string>>();
-}
-
 }  // namespace
 
 SavedSettings savedSettings(const UserDefaults& userDefaults, Time now) {
-  const Json defaults = userDefaults.values();
   SavedSettings settings;
-  const auto theme = get::str(defaults, "theme");
-  settings.theme = themeFromRawValue(theme.value_or("")).value_or(ThemeID::c);
-  const Json* anchorTop = get::any(defaults, "anchorTop");
+  const auto theme = userDefaults.value("theme");
+  if (theme && theme->is_string()) {
+    settings.theme = themeFromRawValue(theme->get<std::string>()).value_or(ThemeID::c);
+  }
+  const auto anchorTop = userDefaults.value("anchorTop");
   if (anchorTop && anchorTop->is_boolean()) settings.anchorTop = anchorTop->get<bool>();
-  settings.pinned = texts(defaults, "pinned");
-  settings.acked = numbers<double>(defaults, "acked");
-  std::erase_if(settings.acked,
-                [&](const auto& entry) { return now - timeAt(entry.second) > ackedLifetime; });
-  settings.friendOf = numbers<std::int64_t>(defaults, "friendOf");
-  settings.friendSeen = numbers<double>(defaults, "friendSeen");
+  settings.pinned = savedPins(userDefaults);
+  settings.acked = savedAcked(userDefaults, now);
+  settings.friendOf = numbers<std::int64_t>(userDefaults, "friendOf");
+  settings.friendSeen = numbers<double>(userDefaults, "friendSeen");
   // What was saved without a time has been seen at least once, by now.
   for (const auto& entry : settings.friendOf) {
     settings.friendSeen.try_emplace(entry.first, secondsSince1970(now));
   }
   return settings;
+}
+
+std::vector<std::string> savedPins(const UserDefaults& userDefaults) {
+  const auto value = userDefaults.value("pinned");
+  const auto isText = [](const Json& item) { return item.is_string(); };
+  if (!value || !value->is_array() || !std::all_of(value->begin(), value->end(), isText)) return {};
+  return value->get<std::vector<std::string>>();
+}
+
+std::map<std::string, double> savedAcked(const UserDefaults& userDefaults, Time now) {
+  auto acked = numbers<double>(userDefaults, "acked");
+  std::erase_if(acked,
+                [&](const auto& entry) { return now - timeAt(entry.second) > ackedLifetime; });
+  return acked;
 }
 
 std::vector<std::string> pinsToggled(std::vector<std::string> pins, const std::string& id) {
@@ -70,7 +76,7 @@ bool mergeAcked(std::map<std::string, double>& acked, const std::map<std::string
 }
 
 void saveAcked(UserDefaults& userDefaults, std::map<std::string, double> acked, Time now) {
-  mergeAcked(acked, savedSettings(userDefaults, now).acked);
+  mergeAcked(acked, savedAcked(userDefaults, now));
   userDefaults.set("acked", acked);
 }
 

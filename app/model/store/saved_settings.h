@@ -25,6 +25,10 @@ struct SavedSettings {
 /// Reads them; a value of another type counts as absent.
 SavedSettings savedSettings(const UserDefaults& userDefaults, Time now);
 
+/// Of these, two that are often asked for alone.
+std::vector<std::string> savedPins(const UserDefaults& userDefaults);
+std::map<std::string, double> savedAcked(const UserDefaults& userDefaults, Time now);
+
 /// The pins with the session at their end, or without it when it was pinned.
 std::vector<std::string> pinsToggled(std::vector<std::string> pins, const std::string& id);
 

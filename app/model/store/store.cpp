@@ -167,10 +167,10 @@ void ZelvaneStore::keepRecordsUp(const RefreshInputs& inputs, Time now) {
 
 /// On the refresh queue: hands a copy of the characters to the main thread, which saves it.
 void ZelvaneStore::saveFriends() {
-  options_.mainThread([weak = weak_from_this(), friends = memory_.friends] {
+  Json values{{"friendOf", memory_.friends.friendOf}, {"friendSeen", memory_.friends.friendSeen}};
+  options_.mainThread([weak = weak_from_this(), values = std::move(values)]() mutable {
     const auto self = weak.lock();
-    if (!self || self->readOnly_) return;
-    self->saveSettings({{"friendOf", friends.friendOf}, {"friendSeen", friends.friendSeen}});
+    if (self && !self->readOnly_) self->saveSettings(std::move(values));
   });
 }
 
@@ -192,21 +192,22 @@ void ZelvaneStore::publish(std::vector<ZelvaneSession> rows, std::vector<Json> p
 }
 
 /// What only we changed need not be read again.
-void ZelvaneStore::saveSettings(const Json& values) {
-  settingsVersion_ = options_.defaults->setAll(values, settingsVersion_);
+void ZelvaneStore::saveSettings(Json values) {
+  settingsVersion_ = options_.defaults->setAll(std::move(values), settingsVersion_);
 }
 
 /// Takes over what a command has acknowledged or pinned meanwhile.
 void ZelvaneStore::followSettings() {
   const auto version = options_.defaults->version();
   if (std::exchange(settingsVersion_, version) == version) return;
-  const auto saved = savedSettings(*options_.defaults, options_.clock());
-  bool changed = saved.pinned != pinned_;
-  pinned_ = saved.pinned;
+  const auto pinned = savedPins(*options_.defaults);
+  bool changed = pinned_ != pinned;
+  pinned_ = pinned;
+  const auto acked = savedAcked(*options_.defaults, options_.clock());
   {
     const std::lock_guard lock(lock_);
     shared_.pins = pinned_;
-    changed = mergeAcked(shared_.acked, saved.acked) || changed;
+    changed = mergeAcked(shared_.acked, acked) || changed;
   }
   if (!changed) return;
   notify(Change::pinned);
@@ -267,8 +268,7 @@ void ZelvaneStore::endEditing(const std::optional<std::string>& key) {
 
 void ZelvaneStore::togglePin(const ZelvaneSession& session) {
   // A command may have pinned another meanwhile.
-  const auto saved = savedSettings(*options_.defaults, options_.clock()).pinned;
-  setPinned(pinsToggled(saved, session.id));
+  setPinned(pinsToggled(savedPins(*options_.defaults), session.id));
   refreshNow();
 }
 

@@ -140,7 +140,7 @@ class ZelvaneStore : public std::enable_shared_from_this<ZelvaneStore> {
                const std::optional<std::vector<Json>>& burst);
   void followNotesProblem();
   void makeOffers();
-  void saveSettings(const Json& values);
+  void saveSettings(Json values);
   void followSettings();
   void acknowledge(const std::string& id);
   void setPinned(std::vector<std::string> pinned);

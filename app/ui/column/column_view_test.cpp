@@ -3,6 +3,7 @@
 #include <QtGui/QMouseEvent>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QScrollBar>
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <set>
@@ -126,6 +127,39 @@ TEST(ColumnView, TheLayoutFollowsTheDraggedEdge) {
     QTest::mouseRelease(window, Qt::LeftButton, {}, window->mapFromGlobal(target));
     EXPECT_EQ(column.panel.height(), before - 200);
     expectWhole();
+  }
+}
+
+struct Frames : QObject {
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (watched == panel && event->type() == QEvent::Resize) heights.push_back(panel->height());
+    if (event->type() == QEvent::Paint) places.insert(still->mapToGlobal(QPoint()).y());
+    return false;
+  }
+  QWidget *panel, *still;
+  std::vector<int> heights;
+  std::set<int> places;
+};
+
+TEST(ColumnView, RowsBetweenAnOpeningOneAndTheAnchorStandStill) {
+  for (const bool top : {true, false}) {
+    Column column(demoRows(5, 1, now));
+    column.store->setAnchorTop(top);
+    column.panel.setAnchor(top ? Anchor::top : Anchor::bottom);
+    for (int change = 0; change < 3; ++change) {  // it opens, closes, opens
+      Frames frames;
+      frames.panel = &column.panel;
+      frames.still = column.rows()[top ? 1 : 3];
+      qApp->installEventFilter(&frames);
+      column.click(2);
+      const auto wanted = [&] { return column.view->contentHeight() == column.panel.height(); };
+      EXPECT_TRUE(QTest::qWaitFor(wanted));
+      qApp->removeEventFilter(&frames);
+      EXPECT_EQ(frames.places.size(), 1U) << top << change;
+      if (change == 1) std::reverse(frames.heights.begin(), frames.heights.end());
+      EXPECT_TRUE(std::is_sorted(frames.heights.begin(), frames.heights.end())) << top << change;
+      EXPECT_GT(frames.heights.size(), 2U);
+    }
   }
 }
 

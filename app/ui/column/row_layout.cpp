@@ -11,13 +11,6 @@ namespace {
 
 constexpr int gap = 8;
 
-/// With less room for the texts beside it, a tile makes way for one that would be cut.
-constexpr int tightRoom = 150;
-
-bool tileMakesWay(int textsWidth, int roomBesideTile) {
-  return roomBesideTile < tightRoom && textsWidth > roomBesideTile;
-}
-
 /// Places texts from left to right on one line.
 class LineOfTexts {
  public:
@@ -82,14 +75,14 @@ int smallTextHeight(const RowView& view) {
   return lineHeight(titlePixels) + (hasTwoLines(view) ? lineGap + lineHeight(subtitlePixels) : 0);
 }
 
-/// How wide the wider line is when nothing of it is cut.
-int smallTextWidth(const RowView& view) {
+/// A tile makes way for a title that would be cut; one that moves only if the title is whole then:
+/// what the session does is worth more than a syllable.
+bool smallTileMakesWay(const RowView& view, int roomBesideTile, int roomWithout) {
   using namespace small;
   const int symbolWidth = view.memo.text.empty() ? 0 : symbolGap + symbol;
-  const int labelWidth =
-      view.label.text.empty() ? 0 : naturalWidth(view.label, labelPixels) + labelGap;
-  return std::max(naturalWidth(view.title, titlePixels) + symbolWidth,
-                  labelWidth + naturalWidth(view.subtitle, subtitlePixels));
+  const int title = naturalWidth(view.title, titlePixels) + symbolWidth;
+  const bool saved = view.rain.mode == RainMode::frozen || title <= roomWithout;
+  return title > roomBesideTile && saved;
 }
 
 RowLayout smallOutline(const RowView& view) {
@@ -111,13 +104,11 @@ RowLayout smallLayout(const RowView& view, int width) {
   const bool noted = !view.memo.text.empty();
   const int wholeTime = view.time.text.empty() ? 0 : timeWidth(view) + gap;
   int right = width - trailing - wholeTime;
-  // Tiles stand below one another, whatever the times are; nearer to the time where that is tight.
-  for (const int reserved : {std::max(wholeTime, clockWidth + gap), wholeTime}) {
-    const int tileLeft = width - trailing - reserved - tile;
-    if (tileMakesWay(smallTextWidth(view), tileLeft - gap - left)) continue;
+  // Tiles stand below one another, whatever the times are.
+  const int tileLeft = width - trailing - std::max(wholeTime, clockWidth + gap) - tile;
+  if (!smallTileMakesWay(view, tileLeft - gap - left, right - left)) {
     layout.tile = QRect(tileLeft, (layout.height - tile) / 2, tile, tile);
     right = tileLeft - gap;
-    break;
   }
   const int top = (layout.height - smallTextHeight(view)) / 2;
   const int titleHeight = lineHeight(titlePixels);
@@ -145,6 +136,8 @@ constexpr int titlePixels = 15, textPixels = 12, statusPixels = 11, tagPixels = 
 constexpr int lineGap = 2, statusGap = 4, tagGap = 6;
 constexpr int memoHorizontal = 7, memoVertical = 5;
 constexpr int tile = 40;
+/// With less room for the texts beside it, a tile makes way for one that would be cut.
+constexpr int tightRoom = 150;
 constexpr int buttonGap = 8, buttonHeight = 14;
 constexpr int barWidth = 40, barHeight = 3, barGap = 5;
 }  // namespace big
@@ -164,7 +157,7 @@ class BigRow {
                                    character.width(), buttonHeight);
     addTile();
     addTitle();
-    addLine(view_.subtitle, textPixels);
+    waits() ? addOneOrTwoLines(view_.subtitle, textPixels) : addLine(view_.subtitle, textPixels);
     addMemo();
     addMemoButton();
     addEffort();
@@ -180,6 +173,7 @@ class BigRow {
     return beside ? layout_.tile.left() - big::spacing : right_;
   }
   bool edits(EditorField field) const { return view_.editor && view_.editor->field == field; }
+  bool waits() const { return view_.character.state == ZelvaneState::waiting; }
   int tagWidth() const {
     return view_.tag.text.empty() ? 0 : naturalWidth(view_.tag, big::tagPixels) + big::tagGap;
   }
@@ -208,10 +202,8 @@ void BigRow::addTile() {
   int wanted =
       edits(EditorField::title) ? right_ : tagWidth() + naturalWidth(view_.title, titlePixels);
   // What the session waits for is what the row is there for.
-  if (view_.character.state == ZelvaneState::waiting) {
-    wanted = std::max(wanted, naturalWidth(view_.subtitle, textPixels));
-  }
-  if (!tileMakesWay(wanted, room)) {
+  if (waits()) wanted = std::max(wanted, naturalWidth(view_.subtitle, textPixels));
+  if (room >= tightRoom || wanted <= room) {
     layout_.tile = QRect(right_ - tile, vertical, tile, tile);
   }
 }
@@ -271,15 +263,17 @@ void BigRow::addMemoButton() {
   y_ += textButtonHeight() + big::lineGap;
 }
 
-/// A text that just does not fit on one line gets two.
+/// A text that does not fit on one line gets two.
 void BigRow::addOneOrTwoLines(const RowText& text, int pixels) {
   const auto lines = wrapped(text.text, columnFont(pixels, text.weight), lineEnd() - left_);
-  if (lines.size() != 2) return addLine(text, pixels);
-  for (const auto& line : lines) {
-    RowText part = text;
-    part.text = line.toStdString();
+  RowText part = text;
+  if (lines.size() > 1) {
+    part.text = lines.front().toStdString();
     addLine(part, pixels);
+    const auto whole = QString::fromStdString(text.text).trimmed();
+    part.text = whole.mid(lines.front().size()).trimmed().toStdString();
   }
+  addLine(part, pixels);
 }
 
 /// A suggestion that does not fit beside the model gets a line of its own.

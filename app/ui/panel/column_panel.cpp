@@ -35,15 +35,17 @@ ColumnPanel::ColumnPanel(PanelSize& size, Callbacks callbacks)
   setWindowTitle(QStringLiteral("Zelvane"));
   animation_.setDuration(static_cast<int>(changeTakes.count()));
   animation_.setEasingCurve(QEasingCurve::InOutSine);
-  // Position and size in one call: set apart, a column anchored below would jump.
   connect(&animation_, &QVariantAnimation::valueChanged, this,
-          [this](const QVariant& value) { setGeometry(value.toRect()); });
+          [this](const QVariant& value) { takeFrame(value.toRect()); });
   keysDue_.setSingleShot(true);
   keysDue_.setInterval(150ms);
   connect(&keysDue_, &QTimer::timeout, this, [this] {
     if (!window_) return;
     takesKeys_ ? window_->insistOnKeyboard() : window_->insistOnReturn();
   });
+  grantDue_.setSingleShot(true);
+  grantDue_.setInterval(50ms);
+  connect(&grantDue_, &QTimer::timeout, this, &ColumnPanel::drawAgain);
   look_.setInterval(1s);
   look_.setTimerType(Qt::CoarseTimer);
   connect(&look_, &QTimer::timeout, this, &ColumnPanel::lookAround);
@@ -66,6 +68,7 @@ void ColumnPanel::appear() {
   QGuiApplication::sync();  // the window system has to know the window by now
   window_ = platform::ColumnWindow::of(QGuiApplication::platformName().toStdString(), window);
   if (window_) window_->standAside();
+  holdPicture();
   place();
   updateShape();
   show();
@@ -79,6 +82,7 @@ void ColumnPanel::setContentHeight(int height) {
 
 void ColumnPanel::setAnchor(Anchor anchor) {
   anchor_ = anchor;
+  holdPicture();
   placeGrips();
   place();
 }
@@ -89,29 +93,63 @@ void ColumnPanel::place() {
   moveTo(panelFrame(size_.chosen(), contentHeight_, anchor_, *screen));
 }
 
-void ColumnPanel::moveTo(const Area& frame) {
+void ColumnPanel::moveTo(const Area& wanted) {
   const bool animating = animation_.state() == QAbstractAnimation::Running;
-  const QRect target = animating ? animation_.endValue().toRect() : geometry();
-  if (target == toRect(frame)) return;
+  const QRect target = animating ? animation_.endValue().toRect() : frame();
+  if (target == toRect(wanted)) return;
   animation_.stop();
-  if (isVisible() && !still_ && growsSmoothly(toArea(geometry()), frame)) {
-    animateTo(frame);
+  if (isVisible() && !still_ && growsSmoothly(toArea(frame()), wanted)) {
+    animateTo(wanted);
   } else {
-    setGeometry(toRect(frame));
+    takeFrame(toRect(wanted));
   }
 }
 
-void ColumnPanel::animateTo(const Area& frame) {
-  // The edge at the anchor must stay where it is, wherever an animation was interrupted.
-  animation_.setStartValue(geometry());
-  animation_.setEndValue(toRect(frame));
+/// Its frame, or the one that it is about to have.
+QRect ColumnPanel::frame() const { return grantDue_.isActive() ? asked_ : geometry(); }
+
+void ColumnPanel::animateTo(const Area& wanted) {
+  {
+    // An animation that is over would pass through its new end at once.
+    const QSignalBlocker quiet(&animation_);
+    // The edge at the anchor must stay where it is, wherever an animation was interrupted.
+    animation_.setStartValue(frame());
+    animation_.setEndValue(toRect(wanted));
+  }
   animation_.start();
+}
+
+/// Where a window manager has yet to grant a frame, nothing is drawn until it has: laid out for the
+/// new height, or drawn into a window that has it already, rows would be seen in the wrong place.
+void ColumnPanel::takeFrame(const QRect& wanted) {
+  // Position and size in one call: set apart, a column anchored below would jump.
+  const bool grantedLater = isVisible() && window_ && window_->grantsFramesLater();
+  if (!grantedLater || anchor_ == Anchor::top) return setGeometry(wanted);
+  if (wanted.size() != frame().size()) {
+    asked_ = wanted;
+    setUpdatesEnabled(false);
+    grantDue_.start();
+  }
+  // A mask that is too low for the window would hide its last row.
+  if (wanted.height() > height()) cutTo(wanted.size());
+  windowHandle()->setGeometry(wanted);
+}
+
+void ColumnPanel::drawAgain() {
+  grantDue_.stop();
+  setUpdatesEnabled(true);
+}
+
+/// While the window has another height than its picture, the edge at the anchor counts.
+void ColumnPanel::holdPicture() {
+  if (window_) window_->holdPictureBelow(anchor_ == Anchor::bottom);
 }
 
 void ColumnPanel::resizeEvent(QResizeEvent*) {
   if (content_) content_->setGeometry(rect());
   placeGrips();
   updateShape();
+  if (grantDue_.isActive()) drawAgain();
 }
 
 void ColumnPanel::placeGrips() {
@@ -127,9 +165,11 @@ void ColumnPanel::placeGrips() {
 }
 
 /// Without translucency the corners would be black: then they are cut off, if less smoothly.
-void ColumnPanel::updateShape() {
+void ColumnPanel::updateShape() { cutTo(size()); }
+
+void ColumnPanel::cutTo(const QSize& forSize) {
   const bool cut = window_ && !window_->translucencyWorks();
-  const QSize wanted = cut ? size() : QSize();
+  const QSize wanted = cut ? forSize : QSize();
   if (std::exchange(cutFor_, wanted) == wanted) return;
   if (cut) {
     setMask(columnMask(wanted));
@@ -231,7 +271,7 @@ void ColumnPanel::dragBy(int wider, int taller) {
   } else {
     frame.setTop(frame.bottom() + 1 - now.height);
   }
-  setGeometry(frame);
+  takeFrame(frame);
 }
 
 void ColumnPanel::endDrag() {

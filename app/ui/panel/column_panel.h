@@ -50,10 +50,15 @@ class ColumnPanel : public QWidget {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  void moveTo(const Area& frame);
-  void animateTo(const Area& frame);
+  QRect frame() const;
+  void moveTo(const Area& wanted);
+  void animateTo(const Area& wanted);
+  void takeFrame(const QRect& wanted);
+  void drawAgain();
+  void holdPicture();
   void placeGrips();
   void updateShape();
+  void cutTo(const QSize& forSize);
   void acceptKeys(bool accept);
   EdgeGrip::Callbacks dragging(bool width, bool height);
   void beginDrag();
@@ -68,6 +73,8 @@ class ColumnPanel : public QWidget {
   Anchor anchor_ = Anchor::top;
 
   QVariantAnimation animation_;
+  QRect asked_;      ///< the frame that a window manager has yet to grant
+  QTimer grantDue_;  ///< by then a frame that was asked for is there, or will not come
   bool dragging_ = false;
   Extent dragStart_;
   ChosenSize chosenAtStart_;
