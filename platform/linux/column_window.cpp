@@ -108,10 +108,11 @@ struct ColumnWindow::State {
   xcb_window_t focused() const;
   bool viewable(xcb_window_t window) const;
   void focus(xcb_window_t window) const;
-  void dropEvents() const {
-    while (const Owned<xcb_generic_event_t> event{xcb_poll_for_event(connection.get())}) {
-    }
+  void follow(std::uint32_t events) const {
+    xcb_change_window_attributes(connection.get(), window, XCB_CW_EVENT_MASK, &events);
+    xcb_flush(connection.get());
   }
+  bool dropEvents() const;
 };
 
 namespace {
@@ -210,6 +211,19 @@ xcb_window_t ColumnWindow::State::focused() const {
   return reply ? reply->focus : noWindow;
 }
 
+/// Of those that came by now; whether the keyboard came with one of them.
+bool ColumnWindow::State::dropEvents() const {
+  constexpr std::uint8_t kind = 0x7F;
+  bool keyboardCame = false;
+  while (const Owned<xcb_generic_event_t> event{xcb_poll_for_event(connection.get())}) {
+    if ((event->response_type & kind) != XCB_FOCUS_IN) continue;
+    // Keys that go to whatever the pointer is over are not ours.
+    const auto* came = reinterpret_cast<const xcb_focus_in_event_t*>(event.get());
+    keyboardCame = keyboardCame || came->detail != XCB_NOTIFY_DETAIL_POINTER;
+  }
+  return keyboardCame;
+}
+
 bool ColumnWindow::State::viewable(xcb_window_t of) const {
   const Owned<xcb_get_window_attributes_reply_t> reply(xcb_get_window_attributes_reply(
       connection.get(), xcb_get_window_attributes(connection.get(), of), nullptr));
@@ -229,11 +243,16 @@ void ColumnWindow::borrowKeyboard() {
   if (state_->lender == state_->window || state_->lender == noWindow) {
     state_->lender = state_->focused();
   }
+  state_->dropEvents();
+  state_->follow(XCB_EVENT_MASK_FOCUS_CHANGE);
 }
 
 void ColumnWindow::insistOnKeyboard() {
-  if (state_->focused() != state_->window) state_->focus(state_->window);
-  state_->dropEvents();
+  const bool elsewhere = state_->focused() != state_->window;
+  // Who had the keys and lost them again to a quick click does not take them back.
+  const bool came = state_->dropEvents();
+  if (elsewhere && !came) state_->focus(state_->window);
+  state_->follow(XCB_EVENT_MASK_NO_EVENT);
 }
 
 void ColumnWindow::returnKeyboard() {
@@ -259,6 +278,7 @@ void ColumnWindow::insistOnReturn() {
     state_->focus(state_->viewable(state_->lender) ? state_->lender
                                                    : xcb_window_t{XCB_INPUT_FOCUS_POINTER_ROOT});
   }
+  state_->follow(XCB_EVENT_MASK_NO_EVENT);
   state_->dropEvents();
 }
 
