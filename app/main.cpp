@@ -1,8 +1,12 @@
 // The column's entry point: reads the command line, makes sure it runs once, and hands over.
 #include <QtWidgets/QApplication>
+#include <chrono>
 #include <iostream>
+#include <optional>
 #include <sys/stat.h>
 #include <thread>
+
+#include "platform/session_bus.h"
 
 #include "core/bundle.h"
 #include "core/localization.h"
@@ -47,13 +51,16 @@ int main(int argc, char** argv) {
               << '\n';
     return 1;
   }
+  std::optional<platform::SilentBus> bus;
+  if (!options.renderPath) bus.emplace(std::chrono::seconds(2));
   std::optional<FontsAhead> fonts(std::in_place);
   const auto sleep = [](Seconds pause) { std::this_thread::sleep_for(pause); };
   if (!options.sample && !becomeSingleInstance(instanceLockPath(), sleep)) return 0;
   QApplication application(argc, argv);
   fonts.reset();
+  QApplication::setStyle(QStringLiteral("Fusion"));
   QApplication::setApplicationName(QStringLiteral("zelvane"));
   QApplication::setDesktopFileName(QStringLiteral("zelvane"));
   QApplication::setWindowIcon(QPixmap::fromImage(appIcon(64)));
-  return AppDelegate(options).run();
+  return AppDelegate(options).run([&bus] { bus.reset(); });
 }

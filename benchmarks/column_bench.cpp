@@ -12,6 +12,8 @@
 #include <ctime>
 #include <iostream>
 
+#include "platform/session_bus.h"
+
 #include "core/bundle.h"
 
 #include "app/model/store/samples.h"
@@ -47,7 +49,7 @@ int openColumn(int rows) {
   LaunchOptions options;
   options.sample = true;
   options.demo = rows;
-  return AppDelegate(options).run();
+  return AppDelegate(options).run([] {});
 }
 
 std::shared_ptr<ConnectionController> noConnection() {
@@ -100,10 +102,15 @@ int main(int argc, char** argv) {
   const bool plain = mode == "bare" || mode == "text";  // as any program does it
   if (!plain) Bundle::useStringTable();
   if (!plain) prepareWindowSystem({});
+  std::optional<platform::SilentBus> bus;
   std::optional<FontsAhead> fonts;
-  if (mode == "open") fonts.emplace();
+  if (mode == "open") {
+    bus.emplace(std::chrono::seconds(2));
+    fonts.emplace();
+  }
   QApplication application(argc, argv);
   fonts.reset();
+  if (!plain) QApplication::setStyle(QStringLiteral("Fusion"));
   FirstFrame firstFrame;
   const int rows = argc > 2 ? std::atoi(argv[2]) : 0;
   if (mode == "frames") return printFrames(rows);

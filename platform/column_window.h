@@ -48,6 +48,8 @@ class ColumnWindow {
   void leaveFocusAlone(std::uint64_t popup);
   /// Notes which window has the keyboard, before the toolkit asks for it.
   void borrowKeyboard();
+  /// Whether it has come since then, however short; the toolkit believes so at once.
+  bool keyboardCame();
   /// Takes the keyboard where that request was not granted; a moment after it.
   void insistOnKeyboard();
   /// Hands the keyboard back to the window that was noted, if this one still has it.

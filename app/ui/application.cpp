@@ -7,8 +7,6 @@
 #include <csignal>
 #include <thread>
 
-#include "platform/session_bus.h"
-
 #include "core/bundle.h"
 #include "core/installer/installer.h"
 #include "core/run_loop.h"
@@ -90,13 +88,6 @@ bool prepareWindowSystem(const LaunchOptions& options) {
     qputenv("QT_QPA_PLATFORM", QByteArray::fromStdString(platform::pictureWindowSystem()));
     return true;
   }
-  // Before its first window the toolkit waits for the bus without end. It is told another place,
-  // where nobody listens; so are the terminals that we open, which the silent one would keep
-  // waiting, too.
-  using namespace std::chrono_literals;
-  if (platform::sessionBusIsSilent(2s)) {
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
-  }
   // On Wayland, too: a window can neither place itself there nor leave the focus alone.
   const auto ours = QByteArray::fromStdString(platform::columnWindowSystem());
   // Desktops preset the variable for all programs; "offscreen" is somebody's deliberate choice.
@@ -111,13 +102,11 @@ AppDelegate::AppDelegate(LaunchOptions options)
       store_(makeStore(standardDefaults(), options_.sample)),
       connection_(makeConnection(standardDefaults(), options_.sample)),
       panelSize_(standardDefaults(),
-                 options_.sample ? PanelSize::Mode::readOnly : PanelSize::Mode::saving) {
-  QApplication::setStyle(QStringLiteral("Fusion"));
-}
+                 options_.sample ? PanelSize::Mode::readOnly : PanelSize::Mode::saving) {}
 
 AppDelegate::~AppDelegate() = default;
 
-int AppDelegate::run() {
+int AppDelegate::run(const std::function<void()>& opened) {
   if (options_.renderPath) return renderAndExit(*options_.renderPath);
   if (!options_.sample) {
     (void)Installer(Installer::systemPlace()).refreshHelperIfConnected(bundledParts());
@@ -127,6 +116,7 @@ int AppDelegate::run() {
   }
   const QuitOnSignal quitOnSignal;
   openPanel();
+  opened();
   fillOrStart();
   view_->paintAhead();  // while the window system opens the window
   // A request that came while the window was opened would be lost on a loop that does not run yet.
@@ -139,7 +129,7 @@ int AppDelegate::run() {
 /// Begun first: connecting to the bus takes as long as making everything else.
 std::unique_ptr<Appearance> AppDelegate::followAppearance() {
   return std::make_unique<Appearance>([this](Appearance::Wishes wishes) {
-    if (!view_) return;  // it will ask
+    if (!view_) return;  // it is made as wished then
     view_->setAppearance(wishes.dark, wishes.reducedMotion);
     panel_->setStill(wishes.reducedMotion);
   });
@@ -176,8 +166,11 @@ void AppDelegate::openPanel() {
       panelSize_,
       ColumnPanel::Callbacks{.onVisible = [this](bool visible) { store_->setVisible(visible); },
                              .onKeysLost = [this] { store_->endEditing(std::nullopt); }});
+  const auto wishes = appearance_->wishes();
+  panel_->setStill(wishes.reducedMotion);
   auto options = viewOptions();
-  options.dark = appearance_->wishes().dark;
+  options.dark = wishes.dark;
+  options.still = wishes.reducedMotion;
   const auto screen = usableScreen();
   if (screen) options.maxHeight = availableHeight(*screen);
   view_ = new ColumnView(store_, connection_, panelSize_, std::move(options),

@@ -1,6 +1,7 @@
 // The column as a program: makes the long-lived objects and wires them together. Main thread.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "app/connect/connection_controller.h"
@@ -28,8 +29,9 @@ class AppDelegate {
   AppDelegate(const AppDelegate&) = delete;
   AppDelegate& operator=(const AppDelegate&) = delete;
 
-  /// Does what the options ask for, until the user or the system ends it; the exit status.
-  int run();
+  /// Does what the options ask for, until the user or the system ends it; the exit status. Calls
+  /// `opened` once the column's window is open, before anything else is started.
+  int run(const std::function<void()>& opened);
 
  private:
   int renderAndExit(const std::string& path);

@@ -94,6 +94,7 @@ struct ColumnWindow::State {
   xcb_window_t window;
   std::array<xcb_atom_t, atomCount> atoms;
   xcb_window_t lender = noWindow;  ///< had the keyboard before
+  bool keyboardCame = false;       ///< since it was borrowed
 
   xcb_get_property_cookie_t request(xcb_window_t of, Atom name) const {
     constexpr std::uint32_t limit = 16384;
@@ -112,7 +113,7 @@ struct ColumnWindow::State {
     xcb_change_window_attributes(connection.get(), window, XCB_CW_EVENT_MASK, &events);
     xcb_flush(connection.get());
   }
-  bool dropEvents() const;
+  void readEvents();
 };
 
 namespace {
@@ -211,17 +212,15 @@ xcb_window_t ColumnWindow::State::focused() const {
   return reply ? reply->focus : noWindow;
 }
 
-/// Of those that came by now; whether the keyboard came with one of them.
-bool ColumnWindow::State::dropEvents() const {
+void ColumnWindow::State::readEvents() {
   constexpr std::uint8_t kind = 0x7F;
-  bool keyboardCame = false;
   while (const Owned<xcb_generic_event_t> event{xcb_poll_for_event(connection.get())}) {
     if ((event->response_type & kind) != XCB_FOCUS_IN) continue;
-    // Keys that go to whatever the pointer is over are not ours.
     const auto* came = reinterpret_cast<const xcb_focus_in_event_t*>(event.get());
-    keyboardCame = keyboardCame || came->detail != XCB_NOTIFY_DETAIL_POINTER;
+    // Neither a menu's own hold on the keys counts, nor keys for whatever the pointer is over.
+    const bool held = came->mode == XCB_NOTIFY_MODE_GRAB || came->mode == XCB_NOTIFY_MODE_UNGRAB;
+    keyboardCame = keyboardCame || (!held && came->detail != XCB_NOTIFY_DETAIL_POINTER);
   }
-  return keyboardCame;
 }
 
 bool ColumnWindow::State::viewable(xcb_window_t of) const {
@@ -243,15 +242,20 @@ void ColumnWindow::borrowKeyboard() {
   if (state_->lender == state_->window || state_->lender == noWindow) {
     state_->lender = state_->focused();
   }
-  state_->dropEvents();
+  state_->readEvents();
+  state_->keyboardCame = false;
   state_->follow(XCB_EVENT_MASK_FOCUS_CHANGE);
+}
+
+bool ColumnWindow::keyboardCame() {
+  state_->readEvents();
+  return state_->keyboardCame;
 }
 
 void ColumnWindow::insistOnKeyboard() {
   const bool elsewhere = state_->focused() != state_->window;
   // Who had the keys and lost them again to a quick click does not take them back.
-  const bool came = state_->dropEvents();
-  if (elsewhere && !came) state_->focus(state_->window);
+  if (elsewhere && !keyboardCame()) state_->focus(state_->window);
   state_->follow(XCB_EVENT_MASK_NO_EVENT);
 }
 
@@ -279,7 +283,7 @@ void ColumnWindow::insistOnReturn() {
                                                    : xcb_window_t{XCB_INPUT_FOCUS_POINTER_ROOT});
   }
   state_->follow(XCB_EVENT_MASK_NO_EVENT);
-  state_->dropEvents();
+  state_->readEvents();
 }
 
 bool ColumnWindow::translucencyWorks() const {
@@ -325,7 +329,7 @@ bool ColumnWindow::covered() const {
     const auto cover = coverOf(connection, window, state_->atoms[hidden]);
     if (cover) visible = uncovered(visible, *cover);
   }
-  state_->dropEvents();
+  state_->readEvents();
   return size && place && visible.empty();
 }
 

@@ -110,6 +110,9 @@ void ColumnWindow::leaveFocusAlone(std::uint64_t popup) {
 // that application has them again as soon as the panel gives them up.
 void ColumnWindow::borrowKeyboard() {}
 
+// It is granted at once.
+bool ColumnWindow::keyboardCame() { return true; }
+
 void ColumnWindow::insistOnKeyboard() {
   NSWindow* window = state_->window();
   if (!window.keyWindow) [window makeKeyWindow];

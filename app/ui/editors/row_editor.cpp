@@ -33,7 +33,9 @@ void RowEditor::follow(QWidget* field) {
   connect(field, &QWidget::customContextMenuRequested, this, &RowEditor::showFieldMenu);
   // A menu of the field's own does not count as a loss of the focus, and neither does our button.
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, QWidget* now) {
-    if (isAncestorOf(old) && !isAncestorOf(now)) finish();
+    // Without the keys the window lost them, or has not got them yet: the panel knows which.
+    const bool hasKeys = QApplication::activeWindow() != nullptr;
+    if (hasKeys && isAncestorOf(old) && !isAncestorOf(now)) finish();
   });
 }
 

@@ -125,18 +125,19 @@ void ColumnPanel::takeFrame(const QRect& wanted) {
   // Position and size in one call: set apart, a column anchored below would jump.
   const bool grantedLater = isVisible() && window_ && window_->grantsFramesLater();
   if (!grantedLater || anchor_ == Anchor::top) return setGeometry(wanted);
-  if (wanted.size() != frame().size()) {
-    asked_ = wanted;
+  const bool resizes = wanted.size() != frame().size();
+  asked_ = wanted;
+  if (resizes) {
     setUpdatesEnabled(false);
     grantDue_.start();
   }
-  // A mask that is too low for the window would hide its last row.
-  if (wanted.height() > height()) cutTo(wanted.size());
+  updateShape();
   windowHandle()->setGeometry(wanted);
 }
 
 void ColumnPanel::drawAgain() {
   grantDue_.stop();
+  updateShape();
   setUpdatesEnabled(true);
 }
 
@@ -149,7 +150,8 @@ void ColumnPanel::resizeEvent(QResizeEvent*) {
   if (content_) content_->setGeometry(rect());
   placeGrips();
   updateShape();
-  if (grantDue_.isActive()) drawAgain();
+  // It may be an earlier one that was granted.
+  if (grantDue_.isActive() && size() == asked_.size()) drawAgain();
 }
 
 void ColumnPanel::placeGrips() {
@@ -164,12 +166,12 @@ void ColumnPanel::placeGrips() {
   cornerGrip_.setCursor(below ? Qt::SizeBDiagCursor : Qt::SizeFDiagCursor);
 }
 
-/// Without translucency the corners would be black: then they are cut off, if less smoothly.
-void ColumnPanel::updateShape() { cutTo(size()); }
-
-void ColumnPanel::cutTo(const QSize& forSize) {
+/// Without translucency the corners would be black: then they are cut off, if less smoothly. A mask
+/// that is too low for a window that grows would hide its last row.
+void ColumnPanel::updateShape() {
   const bool cut = window_ && !window_->translucencyWorks();
-  const QSize wanted = cut ? forSize : QSize();
+  const QSize shown = grantDue_.isActive() ? size().expandedTo(asked_.size()) : size();
+  const QSize wanted = cut ? shown : QSize();
   if (std::exchange(cutFor_, wanted) == wanted) return;
   if (cut) {
     setMask(columnMask(wanted));
@@ -228,7 +230,9 @@ void ColumnPanel::acceptKeys(bool accept) {
 }
 
 bool ColumnPanel::event(QEvent* event) {
-  if (event->type() == QEvent::WindowDeactivate && takesKeys_) callbacks_.onKeysLost();
+  // What never came is not lost: the end of a menu's own hold on the keys looks like that.
+  const auto waits = [this] { return window_ && keysDue_.isActive() && !window_->keyboardCame(); };
+  if (event->type() == QEvent::WindowDeactivate && takesKeys_ && !waits()) callbacks_.onKeysLost();
   return QWidget::event(event);
 }
 

@@ -58,7 +58,6 @@ class ColumnPanel : public QWidget {
   void holdPicture();
   void placeGrips();
   void updateShape();
-  void cutTo(const QSize& forSize);
   void acceptKeys(bool accept);
   EdgeGrip::Callbacks dragging(bool width, bool height);
   void beginDrag();
