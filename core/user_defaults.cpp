@@ -82,8 +82,8 @@ std::uint64_t FileDefaults::version() const {
 
 /// What the file holds; null when there is none, or none with settings.
 const Json* FileDefaults::current() const {
-  const auto now = version();
-  if (known_.version == now) return &known_.values;
+  const auto now = fileIdentity(path_);
+  if (now && known_.file == now) return &known_.values;
   auto settings = JSONFile::load(path_, largestSettings);
   if (!settings) return nullptr;
   known_ = {now, std::move(*settings)};
@@ -100,11 +100,11 @@ std::optional<std::uint64_t> FileDefaults::change(const std::function<bool(Json&
   Json* settings = lock ? changeable() : nullptr;
   if (!settings) return std::nullopt;
   if (edit(*settings)) {
-    known_.version.reset();
+    known_.file.reset();
     // A link stays one: what it leads to is replaced.
     const auto target = fs::canonical(path_, failed);
     const bool written = JSONFile::writeAtomic(*settings, failed ? path_ : target.string());
-    if (written) known_.version = version();
+    if (written) known_.file = fileIdentity(path_);
   }
   return version();
 }

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "core/file_identity.h"
 #include "core/json_file.h"
 
 namespace zelvane {
@@ -33,7 +34,7 @@ class UserDefaults {
 /// Settings in one JSON file. Several processes may write it: a write takes the file's lock and
 /// changes its keys in what then lies there, or gives up when another holds the lock for a second.
 /// A damaged file is kept aside before it is replaced; one that cannot be read is left alone. What
-/// the file held is remembered, and parsed anew only after its version changed.
+/// the file held is remembered, and parsed anew only after it changed.
 class FileDefaults : public UserDefaults {
  public:
   explicit FileDefaults(std::string path) : path_(std::move(path)) {}
@@ -46,7 +47,7 @@ class FileDefaults : public UserDefaults {
 
  private:
   struct Known {
-    std::optional<std::uint64_t> version;  ///< of the file that holds this; nothing: no file does
+    std::optional<FileIdentity> file;  ///< that holds this; nothing: none does
     Json values = Json::object();
   };
 
